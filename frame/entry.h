@@ -1,0 +1,356 @@
+// From a kernel to an entry point: where the arguments of a width are (convention.h), the kernel's path on each register, the
+// lane test, and the cold part that recomputes flagged lanes.
+#pragma once
+
+#include <tuple>
+#include <utility>
+
+#include "frame/kernel.h"
+
+namespace vorx {
+
+// Registers as they arrive and leave: a homogeneous aggregate of N registers is xmm0 up to xmm[N-1].
+template <int N>
+struct register_file {
+  __m128 xmm[N];
+};
+
+// What the fourth lane of a three-lane floating argument is replaced by: an ordinary argument that no lane test flags.
+enum class fill { three_quarters, one, two };
+
+template <fill F, class E>
+struct fill_constants {
+  static constexpr typename E::scalar value = F == fill::three_quarters ? 0.75 : F == fill::one ? 1.0 : 2.0;
+  static constexpr auto integer = std::bit_cast<typename E::integer>(value);
+  std::conditional_t<E::lanes == 4, rep32, rep64> real = [] {
+    if constexpr (E::lanes == 4) return bits32(integer);
+    if constexpr (E::lanes == 2) return bits64(integer);
+  }();
+};
+struct integer_fill_constants {
+  rep32 one_i32 = bits32(1);
+  rep64 one_i64 = bits64(1);
+};
+
+// What the exported symbol does before the body: nothing, or one instruction that brings into ecx what the body needs.
+enum prologue : int { no_prologue = 0, address_of_stack = 1, eax_to_ecx = 2 };
+
+// Memory and registers of one step, whatever their element type.
+template <class T>
+VORX_INLINE T from_register(__m128 a) {
+  return std::bit_cast<T>(a);
+}
+template <class T>
+VORX_INLINE __m128 to_register(T a) {
+  return std::bit_cast<__m128>(a);
+}
+VORX_INLINE auto& first_register(auto& a) { return a.v; }
+VORX_INLINE auto& first_register(i64x4& a) { return a.low.v; }
+template <class A, class B>
+VORX_INLINE auto& first_register(two<A, B>& a) {
+  return a.first.v;
+}
+VORX_INLINE __m128& slot(char* p, int i) { return reinterpret_cast<__m128*>(p)[i]; }
+VORX_INLINE const __m128& slot(const char* p, int i) { return reinterpret_cast<const __m128*>(p)[i]; }
+
+// The entry point of kernel K with shape S on W lanes.
+template <shape S, class K, int W, fill F>
+struct entry {
+  using E = typename K::type;
+  using constants = typename K::constants;
+  static constexpr layout L = place(S, E::id, W);
+  static constexpr int steps = registers(kind::real, E::id, W);
+  static constexpr int lanes = steps * E::lanes;  // that the registers hold; widths 1 and 2 use fewer
+
+  static constexpr bool in_memory = L.hidden_bytes != 0;  // all arguments and all results
+
+  static constexpr prologue front = L.arguments[0].place == where::eax ? eax_to_ecx
+                                    : L.stack_bytes > 0                ? address_of_stack
+                                                                       : no_prologue;
+
+  // The body's parameters: argument registers (one that is never read where there are none), and ecx.
+  using in = register_file<L.argument_registers == 0 ? 1 : L.argument_registers>;
+  using word = std::conditional_t<front == eax_to_ecx, int32_t, const char*>;
+
+  static consteval auto out_type() {
+    if constexpr (L.results[0].place == where::eax) return std::type_identity<int32_t>{};
+    if constexpr (L.results[0].place == where::edx_eax) return std::type_identity<int64_t>{};
+    if constexpr (L.results[0].place == where::hidden) return std::type_identity<char*>{};
+    if constexpr (L.results[0].place == where::xmm) return std::type_identity<register_file<L.result_registers>>{};
+  }
+  using out = typename decltype(out_type())::type;
+
+  template <int A>
+  using argument = step<S.arguments[A], E>;
+  template <int R>
+  using result = step<S.results[R], E>;
+
+  // f(i) for every step: unrolled, i a compile-time constant, unless everything is in memory.
+  template <class Function>
+  VORX_INLINE static void each_step(Function f) {
+    if constexpr (in_memory) {
+#pragma clang loop unroll(disable)
+      for (int i = 0; i < steps; i++) f(i);
+    } else {
+      [&]<int... i>(std::integer_sequence<int, i...>) { (f(std::integral_constant<int, i>{}), ...); }
+      (std::make_integer_sequence<int, steps>{});
+    }
+  }
+
+  // f(argument 0, argument 1, ...) of step i.
+  template <class Function>
+  VORX_INLINE static auto with_arguments(const in& r, word w, auto i, Function f) {
+    if constexpr (S.argument_count() == 1) return f(load<0>(r, w, i));
+    if constexpr (S.argument_count() == 2) return f(load<0>(r, w, i), load<1>(r, w, i));
+    if constexpr (S.argument_count() == 3) return f(load<0>(r, w, i), load<1>(r, w, i), load<2>(r, w, i));
+  }
+
+  // ---- arguments ----
+
+  template <int A>
+  VORX_INLINE static typename argument<A>::type load(const in& r, word w, auto i) {
+    using T = typename argument<A>::type;
+    T x;
+    if constexpr (W == 1 && is_integer(S.arguments[A])) {
+      __m128i n = scalar_integer<A>(w);
+      if constexpr (sizeof(T) == 32)
+        x = {{n}, {n}};
+      else
+        x = {n};
+    } else if constexpr (S.arguments[A] == kind::i32 && E::lanes == 2) {  // two steps to a register
+      if constexpr (L.arguments[A].place == where::stack)
+        x = {_mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(w + (L.arguments[A].at - 4) + 8 * i))};
+      else
+        x = from_register<T>(argument_register<A>(r, w, i / 2));
+      if (L.arguments[A].place == where::xmm && i % 2) x = upper_half(x);
+    } else if constexpr (sizeof(T) == 32) {  // two registers to a step, where the width has so many
+      x.low = from_register<i64x2>(argument_register<A>(r, w, 2 * i));
+      x.high = x.low;
+      if constexpr (L.arguments[A].count > 1) x.high = from_register<i64x2>(argument_register<A>(r, w, 2 * i + 1));
+    } else {
+      x = from_register<T>(argument_register<A>(r, w, i));
+    }
+    if constexpr (W == 3)
+      if (i == steps - 1) return fill_fourth<S.arguments[A]>(x);
+    return x;
+  }
+
+  template <int A>
+  VORX_INLINE static __m128 argument_register(const in& r, word w, int i) {
+    constexpr placement p = L.arguments[A];
+    if constexpr (p.place == where::stack) return slot(w + (p.at - 4), i);
+    if constexpr (p.place == where::xmm) return r.xmm[p.at + i];
+  }
+
+  template <int A>
+  VORX_INLINE static __m128i scalar_integer(word w) {
+    constexpr placement p = L.arguments[A];
+    if constexpr (p.place == where::eax)
+      return _mm_cvtsi32_si128(w);
+    else if constexpr (sizeof(typename argument<A>::lane) == 4)
+      return _mm_cvtsi32_si128(*reinterpret_cast<const int32_t*>(w + (p.at - 4)));
+    else
+      return _mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(w + (p.at - 4)));
+  }
+
+  // The last step of a three-lane argument with an ordinary fourth lane: the fill value, the integer 1, or 0 for codes.
+  template <kind Kind, class T>
+  VORX_INLINE static T fill_fourth(T x) {
+    const auto& real = constant_pool<fill_constants<F, E>>.real;
+    const auto& one = constant_pool<integer_fill_constants>;
+    if constexpr (std::is_same_v<T, f32x4>) return {_mm_blend_ps(x.v, f32x4(real).v, 8)};
+    if constexpr (std::is_same_v<T, f64x2>) return {_mm_blend_pd(x.v, f64x2(real).v, 2)};
+    if constexpr (Kind == kind::i32 && E::lanes == 4) return {_mm_blend_epi16(x.v, i32x4(one.one_i32).v, 0xc0)};
+    if constexpr (Kind == kind::i32 && E::lanes == 2) return {_mm_blend_epi16(x.v, i32x4(one.one_i32).v, 0x0c)};
+    if constexpr (Kind == kind::i64 && E::lanes == 4) return {x.low, {_mm_blend_epi16(x.high.v, i64x2(one.one_i64).v, 0xf0)}};
+    if constexpr (Kind == kind::i64 && E::lanes == 2) return {_mm_blend_epi16(x.v, i64x2(one.one_i64).v, 0xf0)};
+    if constexpr (Kind == kind::bits && E::lanes == 4) return {_mm_blend_epi16(x.v, _mm_setzero_si128(), 0xc0)};
+    if constexpr (Kind == kind::bits && E::lanes == 2) return {_mm_unpacklo_epi64(x.v, _mm_setzero_si128())};
+  }
+
+  // ---- results ----
+
+  // A body's results in the making, and where the one that leaves through a pointer goes.
+  struct sink {
+    out o;
+    char* pointer;
+  };
+  VORX_INLINE static sink start([[maybe_unused]] word w) {
+    sink s{};
+    if constexpr (L.hidden_bytes != 0) s.o = *reinterpret_cast<char* const*>(w);
+    if constexpr (S.has_pointer()) s.pointer = *reinterpret_cast<char* const*>(w + (L.results[1].at - 4));
+    return s;
+  }
+
+  template <int R, class T>
+  VORX_INLINE static void store(sink& s, auto i, T value) {
+    constexpr placement p = L.results[R];
+    out& o = s.o;
+    if constexpr (p.place == where::eax) {
+      o = _mm_cvtsi128_si32(value.v);
+    } else if constexpr (p.place == where::edx_eax) {
+      __m128i v = first_register(value);
+      o = static_cast<int64_t>(static_cast<uint64_t>(static_cast<uint32_t>(_mm_extract_epi32(v, 1))) << 32 |
+                               static_cast<uint32_t>(_mm_cvtsi128_si32(v)));
+    } else if constexpr (p.place == where::xmm) {
+      if constexpr (S.results[R] == kind::i32 && E::lanes == 2) {
+        __m128& half = o.xmm[p.at + i / 2];
+        half = to_register(i % 2 ? join(from_register<i32x4>(half), value) : value);
+      } else if constexpr (sizeof(T) == 32) {
+        o.xmm[p.at + 2 * i] = to_register(value.low);
+        if constexpr (p.count > 1) o.xmm[p.at + 2 * i + 1] = to_register(value.high);
+      } else {
+        o.xmm[p.at + i] = to_register(value);
+      }
+    } else if constexpr (p.place == where::hidden) {  // aligned to 8 bytes only
+      char* area = o + p.at + sizeof(T) * i;
+      if constexpr (sizeof(T) == 32) {
+        _mm_storeu_ps(reinterpret_cast<float*>(area), to_register(value.low));
+        _mm_storeu_ps(reinterpret_cast<float*>(area + 16), to_register(value.high));
+      } else {
+        _mm_storeu_ps(reinterpret_cast<float*>(area), to_register(value));
+      }
+    } else {
+      constexpr int step_bytes = E::lanes * sizeof(typename result<R>::lane);
+      constexpr int bytes = W * sizeof(typename result<R>::lane);
+      store_bytes<bytes, step_bytes>(s.pointer, i, to_register(value));
+    }
+  }
+
+  // Step i of a vector of so many bytes in memory; not a byte more, for a vector of three lanes or less may end where the
+  // caller's memory ends.
+  template <int bytes, int step_bytes>
+  VORX_INLINE static void store_bytes(char* vector, auto i, __m128 value) {
+    char* p = vector + step_bytes * i;
+    auto integers = std::bit_cast<__m128i>(value);
+    if (bytes - step_bytes * i >= step_bytes) {
+      if constexpr (step_bytes == 16)
+        slot(p, 0) = value;
+      else
+        _mm_storel_epi64(reinterpret_cast<__m128i_u*>(p), integers);
+    } else if (bytes % step_bytes == 4) {
+      *reinterpret_cast<int32_t*>(p) = _mm_cvtsi128_si32(integers);
+    } else {
+      _mm_storel_epi64(reinterpret_cast<__m128i_u*>(p), integers);
+      if (bytes % step_bytes == 12) *reinterpret_cast<int32_t*>(p + 8) = _mm_extract_epi32(integers, 2);
+    }
+  }
+
+  template <class T>
+  VORX_INLINE static void store_results(sink& s, auto i, T value) {
+    if constexpr (S.result_count() == 1) {
+      store<0>(s, i, value);
+    } else {
+      store<0>(s, i, value.first);
+      store<1>(s, i, value.second);
+    }
+  }
+
+  // ---- the hot part ----
+
+  // The address of the kernel's constants.
+  VORX_INLINE static const constants* address_of_constants() {
+    if constexpr (std::is_empty_v<constants>) return nullptr;
+    return hide(&constant_pool<constants>);
+  }
+
+  // The path on every step. The barrier behind each step keeps the next one from mingling with it, so that each has all the
+  // registers that hold no argument or result.
+  VORX_INLINE static out compute(const in& r, word w, const constants* k) {
+    sink s = start(w);
+    each_step([&](auto i) {
+      auto value = with_arguments(r, w, i, [k](auto... x) { return K::path(x..., *k); });
+      if constexpr (!std::is_empty_v<constants>)
+        if (in_memory || i + 1 < steps) asm volatile("" : "+r"(k), "+x"(first_register(value)));
+      store_results(s, i, value);
+    });
+    return s.o;
+  }
+
+  // Whether the lane test flags a lane that exists.
+  VORX_INLINE static bool any_special(const in& r, word w, const constants* k) {
+    i32x4 flags = {_mm_setzero_si128()};
+    each_step([&](auto i) { flags = flags | with_arguments(r, w, i, [k](auto... x) { return K::special(x..., *k); }); });
+    return (mask_of(flags) & ((1 << (W < E::lanes ? W : E::lanes)) - 1)) != 0;
+  }
+
+  // Bit i for lane i of a step that is flagged.
+  VORX_INLINE static unsigned mask_of(i32x4 flags) {
+    return static_cast<unsigned>(E::lanes == 4 ? sign_mask(as_float(flags)) : sign_mask(as_float(as_i64(flags))));
+  }
+
+  // ---- the cold part ----
+
+  // Lane arrays of an argument or result: what the rare-case routine is given pointers into.
+  template <class Step>
+  struct alignas(16) lane_array {
+    typename Step::lane lane[lanes];
+    static constexpr int step_bytes = E::lanes * sizeof(typename Step::lane);
+    VORX_INLINE void put(int i, typename Step::type x) {
+      char* p = reinterpret_cast<char*>(lane) + step_bytes * i;
+      if constexpr (step_bytes == sizeof(x))
+        *reinterpret_cast<typename Step::type*>(p) = x;
+      else
+        _mm_storel_epi64(reinterpret_cast<__m128i_u*>(p), std::bit_cast<__m128i>(x));
+    }
+    VORX_INLINE typename Step::type get(int i) const {
+      const char* p = reinterpret_cast<const char*>(lane) + step_bytes * i;
+      if constexpr (step_bytes == sizeof(typename Step::type))
+        return *reinterpret_cast<const typename Step::type*>(p);
+      else
+        return {_mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(p))};
+    }
+  };
+  template <template <int> class Of, int... i>
+  static std::tuple<lane_array<Of<i>>...> lane_arrays(std::integer_sequence<int, i...>);
+  using argument_arrays = decltype(lane_arrays<argument>(std::make_integer_sequence<int, S.argument_count()>{}));
+  using result_arrays = decltype(lane_arrays<result>(std::make_integer_sequence<int, S.result_count()>{}));
+
+  // The path on every lane, then the rare-case routine on each flagged lane that exists.
+  VORX_INLINE static out recompute(const in& r, word w) {
+    argument_arrays arguments;
+    result_arrays results;
+    each_step([&](auto i) {
+      with_arguments(r, w, i, [&](auto... x) { std::apply([&](auto&... array) { (array.put(i, x), ...); }, arguments); });
+    });
+
+    const constants& k = *address_of_constants();
+    unsigned mask = 0;
+    for (int i = 0; i < steps; i++) {
+      std::apply(
+          [&](const auto&... x) {
+            mask |= mask_of(K::special(x.get(i)..., k)) << E::lanes * i;
+            auto value = K::path(x.get(i)..., k);
+            if constexpr (S.result_count() == 1) {
+              std::get<0>(results).put(i, value);
+            } else {
+              std::get<0>(results).put(i, value.first);
+              std::get<1>(results).put(i, value.second);
+            }
+          },
+          arguments);
+    }
+    if (W < E::lanes) mask &= (1u << W) - 1;
+
+    for (; mask != 0; mask &= mask - 1) {
+      int i = std::countr_zero(mask);
+      std::apply([&](const auto&... x) { std::apply([&](auto&... y) { rare_case(&x.lane[i]..., &y.lane[i]...); }, results); },
+                 arguments);
+    }
+
+    sink s = start(w);
+    each_step([&](auto i) {
+      store<0>(s, i, std::get<0>(results).get(i));
+      if constexpr (S.result_count() == 2) store<1>(s, i, std::get<1>(results).get(i));
+    });
+    return s.o;
+  }
+
+  // One copy of the rare-case routine for all widths.
+  template <class... Pointers>
+  [[gnu::noinline]] static void rare_case(Pointers... lane) {
+    K::rare(lane...);
+  }
+};
+
+}  // namespace vorx

@@ -1,0 +1,120 @@
+// What a kernel is: one function for one element type and one accuracy, on one register of lanes (four floats or two doubles).
+//
+//   struct exp_f32 : kernel<f32, exp_f32_constants> {
+//     static f32x4 path(f32x4 x, const constants& k);      the vector path; returns `two<A, B>` where there are two results
+//     static i32x4 special(f32x4 x, const constants& k);   optional: the lane test, in the sign bit of the lane
+//     static int rare(const float* x, float* result);      with `special`: one lane, exactly; returns a status
+//   };
+//
+// A kernel knows neither widths nor registers nor symbols: entry.h maps it over them. What a lane's result is depends on nothing
+// but that lane's arguments.
+#pragma once
+
+#include <type_traits>
+
+#include "frame/constants.h"
+#include "frame/convention.h"
+#include "frame/simd.h"
+
+namespace vorx {
+
+// Element types, as template arguments.
+struct f32 {
+  using scalar = float;
+  using integer = uint32_t;
+  using vector = f32x4;
+  using integer_vector = i32x4;
+  using constant = rep32;
+  static constexpr element id = element::f32;
+  static constexpr int lanes = 4;  // of one register
+};
+struct f64 {
+  using scalar = double;
+  using integer = uint64_t;
+  using vector = f64x2;
+  using integer_vector = i64x2;
+  using constant = rep64;
+  static constexpr element id = element::f64;
+  static constexpr int lanes = 2;
+};
+
+// A replicated bit pattern: the first for f32, the second for f64. For kernels that are one template for both types.
+template <class E>
+consteval typename E::constant pattern(uint32_t f32_bits, uint64_t f64_bits) {
+  if constexpr (E::lanes == 4)
+    return bits32(f32_bits);
+  else
+    return bits64(f64_bits);
+}
+
+// What a rare-case routine says about its result. Kernels drop it.
+enum status : int { ordinary = 0, domain_error = 1, singularity = 2, overflow = 3, underflow = 4 };
+
+// Two results of one step.
+template <class A, class B>
+struct two {
+  A first;
+  B second;
+};
+
+// Two registers of 64-bit integers, the counterpart of four float lanes.
+struct i64x4 {
+  i64x2 low, high;
+};
+
+struct no_constants {};
+
+// The base of every kernel.
+template <class E, class C = no_constants>
+struct kernel {
+  using type = E;
+  using constants = C;
+};
+
+template <class K>
+concept has_lane_test = requires {
+  &K::special;
+};
+
+// One read-only copy of each constants struct, for all widths.
+template <class C>
+inline constexpr C constant_pool{};
+
+// Takes the address of the constants out of the compiler's sight, so that they stay memory operands: it would otherwise move
+// them to registers and spill those.
+template <class C>
+VORX_INLINE const C* hide(const C* k) {
+  asm volatile("" : "+r"(k));
+  return k;
+}
+
+// One register step of an argument or result, by kind; and the type of one of its lanes.
+template <kind K, class E>
+struct step {
+  using type = typename E::vector;
+  using lane = typename E::scalar;
+};
+template <class E>
+struct step<kind::i32, E> {
+  using type = i32x4;  // double kernels use lanes 0 and 1
+  using lane = int32_t;
+};
+template <class E>
+struct step<kind::i64, E> {
+  using type = std::conditional_t<E::lanes == 4, i64x4, i64x2>;
+  using lane = int64_t;
+};
+template <class E>
+struct step<kind::bits, E> {
+  using type = typename E::integer_vector;
+  using lane = typename E::integer;
+};
+
+// Keeps the compiler from computing with a value at compile time: arithmetic on it happens, and raises its flags, at run time.
+template <class T>
+VORX_INLINE T opaque(T a) {
+  asm volatile("" : "+x"(a));
+  return a;
+}
+
+}  // namespace vorx

@@ -1,0 +1,160 @@
+// Register types: one struct for each reading of a 128-bit register. Every operator and every function below is one instruction,
+// or a fixed short sequence where its comment says so; the reader can predict the machine code.
+//
+//   f32x4  four binary32 lanes       i32x4  four 32-bit integer lanes (signed), also the mask type of 32-bit comparisons
+//   f64x2  two binary64 lanes        i64x2  two 64-bit integer lanes, also the mask type of 64-bit comparisons
+//
+// A mask lane is all ones or all zeros.
+#pragma once
+
+#include <smmintrin.h>
+
+#include <cstdint>
+
+namespace vorx {
+
+#define VORX_INLINE [[gnu::always_inline]] inline
+
+struct f32x4 {
+  __m128 v;
+};
+struct f64x2 {
+  __m128d v;
+};
+struct i32x4 {
+  __m128i v;
+};
+struct i64x2 {
+  __m128i v;
+};
+
+// Bit casts: no instruction.
+VORX_INLINE i32x4 as_int(f32x4 a) { return {_mm_castps_si128(a.v)}; }
+VORX_INLINE i64x2 as_int(f64x2 a) { return {_mm_castpd_si128(a.v)}; }
+VORX_INLINE f32x4 as_float(i32x4 a) { return {_mm_castsi128_ps(a.v)}; }
+VORX_INLINE f64x2 as_float(i64x2 a) { return {_mm_castsi128_pd(a.v)}; }
+VORX_INLINE i32x4 as_i32(i64x2 a) { return {a.v}; }  // the four 32-bit halves: lanes 1 and 3 are the high words
+VORX_INLINE i64x2 as_i64(i32x4 a) { return {a.v}; }
+VORX_INLINE i32x4 words(f64x2 a) { return {_mm_castpd_si128(a.v)}; }
+
+// The same value in every lane.
+VORX_INLINE f32x4 all(float a) { return {_mm_set1_ps(a)}; }
+VORX_INLINE f64x2 all(double a) { return {_mm_set1_pd(a)}; }
+
+// f32x4: arithmetic, bit operations, comparisons (false for a NaN operand, != is true).
+VORX_INLINE f32x4 operator+(f32x4 a, f32x4 b) { return {_mm_add_ps(a.v, b.v)}; }
+VORX_INLINE f32x4 operator-(f32x4 a, f32x4 b) { return {_mm_sub_ps(a.v, b.v)}; }
+VORX_INLINE f32x4 operator*(f32x4 a, f32x4 b) { return {_mm_mul_ps(a.v, b.v)}; }
+VORX_INLINE f32x4 operator/(f32x4 a, f32x4 b) { return {_mm_div_ps(a.v, b.v)}; }
+VORX_INLINE f32x4 operator&(f32x4 a, f32x4 b) { return {_mm_and_ps(a.v, b.v)}; }
+VORX_INLINE f32x4 operator|(f32x4 a, f32x4 b) { return {_mm_or_ps(a.v, b.v)}; }
+VORX_INLINE f32x4 operator^(f32x4 a, f32x4 b) { return {_mm_xor_ps(a.v, b.v)}; }
+VORX_INLINE f32x4 clear(f32x4 mask, f32x4 a) { return {_mm_andnot_ps(mask.v, a.v)}; }  // a & ~mask
+VORX_INLINE i32x4 operator<(f32x4 a, f32x4 b) { return {_mm_castps_si128(_mm_cmplt_ps(a.v, b.v))}; }
+VORX_INLINE i32x4 operator<=(f32x4 a, f32x4 b) { return {_mm_castps_si128(_mm_cmple_ps(a.v, b.v))}; }
+VORX_INLINE i32x4 operator==(f32x4 a, f32x4 b) { return {_mm_castps_si128(_mm_cmpeq_ps(a.v, b.v))}; }
+VORX_INLINE i32x4 operator!=(f32x4 a, f32x4 b) { return {_mm_castps_si128(_mm_cmpneq_ps(a.v, b.v))}; }
+VORX_INLINE i32x4 not_less_equal(f32x4 a, f32x4 b) { return {_mm_castps_si128(_mm_cmpnle_ps(a.v, b.v))}; }  // true for a NaN
+
+// f64x2: the same.
+VORX_INLINE f64x2 operator+(f64x2 a, f64x2 b) { return {_mm_add_pd(a.v, b.v)}; }
+VORX_INLINE f64x2 operator-(f64x2 a, f64x2 b) { return {_mm_sub_pd(a.v, b.v)}; }
+VORX_INLINE f64x2 operator*(f64x2 a, f64x2 b) { return {_mm_mul_pd(a.v, b.v)}; }
+VORX_INLINE f64x2 operator/(f64x2 a, f64x2 b) { return {_mm_div_pd(a.v, b.v)}; }
+VORX_INLINE f64x2 operator&(f64x2 a, f64x2 b) { return {_mm_and_pd(a.v, b.v)}; }
+VORX_INLINE f64x2 operator|(f64x2 a, f64x2 b) { return {_mm_or_pd(a.v, b.v)}; }
+VORX_INLINE f64x2 operator^(f64x2 a, f64x2 b) { return {_mm_xor_pd(a.v, b.v)}; }
+VORX_INLINE f64x2 clear(f64x2 mask, f64x2 a) { return {_mm_andnot_pd(mask.v, a.v)}; }
+VORX_INLINE i64x2 operator<(f64x2 a, f64x2 b) { return {_mm_castpd_si128(_mm_cmplt_pd(a.v, b.v))}; }
+VORX_INLINE i64x2 operator<=(f64x2 a, f64x2 b) { return {_mm_castpd_si128(_mm_cmple_pd(a.v, b.v))}; }
+VORX_INLINE i64x2 operator==(f64x2 a, f64x2 b) { return {_mm_castpd_si128(_mm_cmpeq_pd(a.v, b.v))}; }
+VORX_INLINE i64x2 operator!=(f64x2 a, f64x2 b) { return {_mm_castpd_si128(_mm_cmpneq_pd(a.v, b.v))}; }
+VORX_INLINE i64x2 not_less_equal(f64x2 a, f64x2 b) { return {_mm_castpd_si128(_mm_cmpnle_pd(a.v, b.v))}; }
+
+// i32x4: arithmetic modulo 2^32, signed comparisons, >> is the arithmetic shift.
+VORX_INLINE i32x4 operator+(i32x4 a, i32x4 b) { return {_mm_add_epi32(a.v, b.v)}; }
+VORX_INLINE i32x4 operator-(i32x4 a, i32x4 b) { return {_mm_sub_epi32(a.v, b.v)}; }
+VORX_INLINE i32x4 operator&(i32x4 a, i32x4 b) { return {_mm_and_si128(a.v, b.v)}; }
+VORX_INLINE i32x4 operator|(i32x4 a, i32x4 b) { return {_mm_or_si128(a.v, b.v)}; }
+VORX_INLINE i32x4 operator^(i32x4 a, i32x4 b) { return {_mm_xor_si128(a.v, b.v)}; }
+VORX_INLINE i32x4 clear(i32x4 mask, i32x4 a) { return {_mm_andnot_si128(mask.v, a.v)}; }
+VORX_INLINE i32x4 operator<<(i32x4 a, int n) { return {_mm_slli_epi32(a.v, n)}; }
+VORX_INLINE i32x4 operator>>(i32x4 a, int n) { return {_mm_srai_epi32(a.v, n)}; }
+VORX_INLINE i32x4 shift_right_logical(i32x4 a, int n) { return {_mm_srli_epi32(a.v, n)}; }
+VORX_INLINE i32x4 operator>(i32x4 a, i32x4 b) { return {_mm_cmpgt_epi32(a.v, b.v)}; }
+VORX_INLINE i32x4 operator<(i32x4 a, i32x4 b) { return {_mm_cmpgt_epi32(b.v, a.v)}; }
+VORX_INLINE i32x4 operator==(i32x4 a, i32x4 b) { return {_mm_cmpeq_epi32(a.v, b.v)}; }
+VORX_INLINE i32x4 min(i32x4 a, i32x4 b) { return {_mm_min_epi32(a.v, b.v)}; }
+VORX_INLINE i32x4 max(i32x4 a, i32x4 b) { return {_mm_max_epi32(a.v, b.v)}; }
+
+// i64x2: arithmetic modulo 2^64. There is no 64-bit comparison for order and no arithmetic shift before SSE4.2 and AVX-512:
+// compare high words instead.
+VORX_INLINE i64x2 operator+(i64x2 a, i64x2 b) { return {_mm_add_epi64(a.v, b.v)}; }
+VORX_INLINE i64x2 operator-(i64x2 a, i64x2 b) { return {_mm_sub_epi64(a.v, b.v)}; }
+VORX_INLINE i64x2 operator&(i64x2 a, i64x2 b) { return {_mm_and_si128(a.v, b.v)}; }
+VORX_INLINE i64x2 operator|(i64x2 a, i64x2 b) { return {_mm_or_si128(a.v, b.v)}; }
+VORX_INLINE i64x2 operator^(i64x2 a, i64x2 b) { return {_mm_xor_si128(a.v, b.v)}; }
+VORX_INLINE i64x2 clear(i64x2 mask, i64x2 a) { return {_mm_andnot_si128(mask.v, a.v)}; }
+VORX_INLINE i64x2 operator<<(i64x2 a, int n) { return {_mm_slli_epi64(a.v, n)}; }
+VORX_INLINE i64x2 shift_right_logical(i64x2 a, int n) { return {_mm_srli_epi64(a.v, n)}; }
+VORX_INLINE i64x2 operator==(i64x2 a, i64x2 b) { return {_mm_cmpeq_epi64(a.v, b.v)}; }
+
+// mask ? a : b, by the sign bit of each mask lane (one blend).
+VORX_INLINE f32x4 select(i32x4 mask, f32x4 a, f32x4 b) { return {_mm_blendv_ps(b.v, a.v, _mm_castsi128_ps(mask.v))}; }
+VORX_INLINE f64x2 select(i64x2 mask, f64x2 a, f64x2 b) { return {_mm_blendv_pd(b.v, a.v, _mm_castsi128_pd(mask.v))}; }
+VORX_INLINE i32x4 select(i32x4 mask, i32x4 a, i32x4 b) { return as_int(select(mask, as_float(a), as_float(b))); }
+VORX_INLINE i64x2 select(i64x2 mask, i64x2 a, i64x2 b) { return as_int(select(mask, as_float(a), as_float(b))); }
+
+// Packed minimum and maximum: the second operand where either is a NaN or both are zeros. These are the intrinsics, which keep
+// the order of the operands; a generic minimum may be commuted.
+VORX_INLINE f32x4 min(f32x4 a, f32x4 b) { return {_mm_min_ps(a.v, b.v)}; }
+VORX_INLINE f32x4 max(f32x4 a, f32x4 b) { return {_mm_max_ps(a.v, b.v)}; }
+VORX_INLINE f64x2 min(f64x2 a, f64x2 b) { return {_mm_min_pd(a.v, b.v)}; }
+VORX_INLINE f64x2 max(f64x2 a, f64x2 b) { return {_mm_max_pd(a.v, b.v)}; }
+
+// Rounding to an integral value. `current` follows the caller's rounding mode; `current_quiet` does so without the inexact flag.
+enum rounding : int { to_nearest = 0, downward = 1, upward = 2, toward_zero = 3, current = 4, current_quiet = 0xc };
+template <rounding mode>
+VORX_INLINE f32x4 round_to_integral(f32x4 a) {
+  return {_mm_round_ps(a.v, mode)};
+}
+template <rounding mode>
+VORX_INLINE f64x2 round_to_integral(f64x2 a) {
+  return {_mm_round_pd(a.v, mode)};
+}
+
+// Conversions. Out-of-range values and NaN become 0x80000000.
+VORX_INLINE i32x4 to_int(f32x4 a) { return {_mm_cvtps_epi32(a.v)}; }
+VORX_INLINE i32x4 to_int(f64x2 a) { return {_mm_cvtpd_epi32(a.v)}; }  // lanes 0 and 1, the rest zero
+VORX_INLINE f32x4 to_float(i32x4 a) { return {_mm_cvtepi32_ps(a.v)}; }
+VORX_INLINE f64x2 to_double(i32x4 a) { return {_mm_cvtepi32_pd(a.v)}; }  // lanes 0 and 1
+VORX_INLINE f64x2 to_double(f32x4 a) { return {_mm_cvtps_pd(a.v)}; }     // lanes 0 and 1
+VORX_INLINE f32x4 to_float(f64x2 a) { return {_mm_cvtpd_ps(a.v)}; }      // lanes 0 and 1, the rest zero
+
+// The processor's 12-bit estimates.
+VORX_INLINE f32x4 estimate_reciprocal(f32x4 a) { return {_mm_rcp_ps(a.v)}; }
+VORX_INLINE f32x4 estimate_reciprocal_sqrt(f32x4 a) { return {_mm_rsqrt_ps(a.v)}; }
+VORX_INLINE f32x4 sqrt(f32x4 a) { return {_mm_sqrt_ps(a.v)}; }
+VORX_INLINE f64x2 sqrt(f64x2 a) { return {_mm_sqrt_pd(a.v)}; }
+
+// Lane movements between the 64-bit lanes of double kernels and the packed 32-bit lanes of integer vectors.
+VORX_INLINE i32x4 pack_low_words(i64x2 a) { return {_mm_shuffle_epi32(a.v, 0xd8)}; }        // words 0 2 | 1 3
+VORX_INLINE i32x4 pack_high_words(i64x2 a) { return {_mm_shuffle_epi32(a.v, 0x8d)}; }       // words 1 3 | 0 2
+VORX_INLINE i32x4 duplicate_words(i32x4 a) { return {_mm_shuffle_epi32(a.v, 0x50)}; }       // lanes 0 0 1 1
+VORX_INLINE i32x4 duplicate_high_words(i64x2 a) { return {_mm_shuffle_epi32(a.v, 0xf5)}; }  // words 1 1 3 3
+VORX_INLINE i64x2 extend_zero(i32x4 a) { return {_mm_cvtepu32_epi64(a.v)}; }                // lanes 0 and 1, zero-extended
+VORX_INLINE i32x4 upper_half(i32x4 a) { return {_mm_shuffle_epi32(a.v, 0xee)}; }            // lanes 2 3 | 2 3
+VORX_INLINE i32x4 join(i32x4 a, i32x4 b) { return {_mm_unpacklo_epi64(a.v, b.v)}; }         // lanes 0 1 of a, 0 1 of b
+
+// Sign bits of the lanes as an integer, bit i for lane i.
+VORX_INLINE int sign_mask(f32x4 a) { return _mm_movemask_ps(a.v); }
+VORX_INLINE int sign_mask(f64x2 a) { return _mm_movemask_pd(a.v); }
+
+// One lane as a scalar index. Lane numbers are compile-time constants.
+template <int lane>
+VORX_INLINE uint32_t extract(i32x4 a) {
+  if constexpr (lane == 0) return static_cast<uint32_t>(_mm_cvtsi128_si32(a.v));
+  return static_cast<uint32_t>(_mm_extract_epi32(a.v, lane));
+}
+
+}  // namespace vorx

@@ -1,0 +1,8 @@
+// The entry points of this family: kernels.h is all kernel headers of this directory, symbols come from the rows.
+#include "trig/kernels.h"
+
+#include "frame/entries.h"
+
+namespace vorx {
+#include "trig/rows.inc"
+}
