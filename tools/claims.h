@@ -1,0 +1,23 @@
+// What the kernels say about themselves, as data: tools and tests look it up by entry point.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "frame/catalogue.h"
+
+namespace vorx {
+
+struct claims {
+  double max_ulp = 0;          // largest error in ULP; 0 where the kernel states none: the result is exact
+  std::vector<double> seams;   // arguments where the algorithm changes (a float kernel's are exact here)
+  bool whole_vector = false;   // a decision concerns all lanes: a lane's last bits may depend on its neighbours
+  bool has_lane_test = false;  // some lanes go to a rare-case routine
+  // The kernel's own lane test on the bits of one lane of each argument; null without a lane test.
+  bool (*flags)(const uint64_t* argument_bits) = nullptr;
+};
+
+// The claims of the kernel behind an entry point that exists; the same for all widths.
+const claims& claims_of(const entry_point& e);
+
+}  // namespace vorx
