@@ -86,6 +86,7 @@ VORX_INLINE i32x4 operator<(i32x4 a, i32x4 b) { return {_mm_cmpgt_epi32(b.v, a.v
 VORX_INLINE i32x4 operator==(i32x4 a, i32x4 b) { return {_mm_cmpeq_epi32(a.v, b.v)}; }
 VORX_INLINE i32x4 min(i32x4 a, i32x4 b) { return {_mm_min_epi32(a.v, b.v)}; }
 VORX_INLINE i32x4 max(i32x4 a, i32x4 b) { return {_mm_max_epi32(a.v, b.v)}; }
+VORX_INLINE i32x4 magnitude(i32x4 a) { return {_mm_abs_epi32(a.v)}; }  // -2^31 becomes the unsigned 2^31
 
 // i64x2: arithmetic modulo 2^64. There is no 64-bit comparison for order and no arithmetic shift before SSE4.2 and AVX-512:
 // compare high words instead.
@@ -145,6 +146,22 @@ VORX_INLINE i32x4 duplicate_high_words(i64x2 a) { return {_mm_shuffle_epi32(a.v,
 VORX_INLINE i64x2 extend_zero(i32x4 a) { return {_mm_cvtepu32_epi64(a.v)}; }                // lanes 0 and 1, zero-extended
 VORX_INLINE i32x4 upper_half(i32x4 a) { return {_mm_shuffle_epi32(a.v, 0xee)}; }            // lanes 2 3 | 2 3
 VORX_INLINE i32x4 join(i32x4 a, i32x4 b) { return {_mm_unpacklo_epi64(a.v, b.v)}; }         // lanes 0 1 of a, 0 1 of b
+
+VORX_INLINE i64x2 extend_sign(i32x4 a) { return {_mm_cvtepi32_epi64(a.v)}; }  // lanes 0 and 1, sign-extended
+VORX_INLINE i32x4 low_half(i32x4 a) { return {_mm_move_epi64(a.v)}; }         // lanes 0 1, the rest zero
+VORX_INLINE i32x4 join_low_words(i64x2 a, i64x2 b) {                          // words 0 2 of a, 0 2 of b
+  return {_mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v), 0x88))};
+}
+VORX_INLINE i32x4 join_high_words(i64x2 a, i64x2 b) {  // words 1 3 of a, 1 3 of b
+  return {_mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v), 0xdd))};
+}
+
+// a << n, each 64-bit lane by its own count; 0 for a count of 64 or more as an unsigned number. The shift takes one count for the
+// register, so this is two shifts and a blend.
+VORX_INLINE i64x2 shift_left_each(i64x2 a, i64x2 n) {
+  __m128i low = _mm_sll_epi64(a.v, n.v), high = _mm_sll_epi64(a.v, _mm_unpackhi_epi64(n.v, n.v));
+  return {_mm_blend_epi16(low, high, 0xf0)};
+}
 
 // Sign bits of the lanes as an integer, bit i for lane i.
 VORX_INLINE int sign_mask(f32x4 a) { return _mm_movemask_ps(a.v); }

@@ -1,0 +1,259 @@
+// The conversions against exact integer references: every direction, saturation, boundary, tie and double-rounding case.
+// With VORX_EXHAUSTIVE set, all 2^32 sources of every conversion from float and from 32-bit integers.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tools/invoke.h"
+
+using namespace vorx;
+
+namespace {
+
+enum class direction { nearest, zero, down, up };
+
+struct conversion {
+  entry_point entry;
+  direction way;
+  bool saturated = false;
+  bool has_sign = false;  // of the integer type
+  int bits = 0;           // of the integer type
+  bool to_integer = false;
+
+  explicit conversion(const entry_point& e) : entry(e) {
+    std::string name = e.of->name;
+    to_integer = name.starts_with("cvtfpto");
+    std::string type = name.substr(to_integer ? 7 : 3, 3);
+    has_sign = type[0] == 'i';
+    bits = type[1] == '3' ? 32 : 64;
+    saturated = name.ends_with("sat") && !name.ends_with("nosat");
+    way = name.find("rtz") != std::string::npos    ? direction::zero
+          : name.find("down") != std::string::npos ? direction::down
+          : name.find("up") != std::string::npos   ? direction::up
+                                                   : direction::nearest;
+  }
+};
+
+// One per name and type, at one width.
+std::vector<conversion> conversions(bool to_integer, int width = 4) {
+  std::vector<conversion> all;
+  for (const entry_point& e : entry_points())
+    if (std::string(e.of->name).starts_with("cvt") && e.width == width)
+      if (conversion c(e); c.to_integer == to_integer) all.push_back(c);
+  return all;
+}
+
+// ---- references ----
+
+double rounded(double x, direction way) {
+  switch (way) {
+    case direction::zero:
+      return std::trunc(x);
+    case direction::down:
+      return std::floor(x);
+    case direction::up:
+      return std::ceil(x);
+    default:
+      return std::nearbyint(x);
+  }
+}
+
+uint64_t reference_to_integer(const conversion& c, double x) {
+  const uint64_t top = uint64_t(1) << (c.bits - 1), largest = c.has_sign ? top - 1 : 2 * top - 1;
+  if (std::isnan(x)) {
+    if (!c.saturated) return top;
+    return c.bits == 32 && !c.has_sign && !std::signbit(x) ? largest : 0;
+  }
+  double r = rounded(x, c.way), limit = std::ldexp(1.0, c.has_sign ? c.bits - 1 : c.bits);
+  if (!c.has_sign && !c.saturated) r = std::fabs(r);
+  if (r >= limit) return c.saturated ? largest : top;
+  if (!c.has_sign && r < 0) return 0;
+  if (c.has_sign && r < -limit) return top;
+  uint64_t magnitude = static_cast<uint64_t>(std::fabs(r));
+  uint64_t value = r < 0 ? 0 - magnitude : magnitude;
+  return c.bits == 32 ? value & 0xffffffff : value;
+}
+
+// The bits of a floating-point number with a `fraction`-bit field and a `bias`: the integer cut to its leading bits, moved
+// outward by what the rest says.
+uint64_t reference_from_integer(const conversion& c, uint64_t source) {
+  const int fraction = c.entry.type == element::f32 ? 23 : 52, bias = c.entry.type == element::f32 ? 127 : 1023;
+  const int size = c.entry.type == element::f32 ? 32 : 64;
+  if (c.bits == 32)
+    source = c.has_sign ? static_cast<uint64_t>(static_cast<int64_t>(static_cast<int32_t>(source))) : source & 0xffffffff;
+  bool negative = c.has_sign && static_cast<int64_t>(source) < 0;
+  uint64_t n = negative ? 0 - source : source;
+  if (n == 0) return 0;
+  int exponent = 63 - __builtin_clzll(n), cut = exponent - fraction;
+  uint64_t bits =
+      (static_cast<uint64_t>(bias + exponent) << fraction) + ((cut > 0 ? n >> cut : n << -cut) - (uint64_t(1) << fraction));
+  if (cut > 0) {
+    uint64_t rest = n & ((uint64_t(1) << cut) - 1), half = uint64_t(1) << (cut - 1);
+    bool outward = c.way == direction::nearest ? rest > half || (rest == half && (bits & 1))
+                   : c.way == direction::up    ? rest != 0 && !negative
+                   : c.way == direction::down  ? rest != 0 && negative
+                                               : false;
+    bits += outward;  // carries into the exponent where it must
+  }
+  return bits | static_cast<uint64_t>(negative) << (size - 1);
+}
+
+// ---- sources ----
+
+std::mt19937_64 random_bits(1);
+
+// Floating-point sources whose rounding or range is in question, then random ones of all exponents; as bits.
+template <class T, class Bits>
+std::vector<Bits> real_sources() {
+  std::vector<Bits> s;
+  auto around = [&](double x) {
+    for (double sign : {1.0, -1.0}) {
+      T t = static_cast<T>(sign * x);
+      Bits b;
+      std::memcpy(&b, &t, sizeof b);
+      for (int d = -3; d <= 3; d++) s.push_back(b + static_cast<Bits>(d));
+    }
+  };
+  for (int e = -4; e <= 66; e++)
+    for (double offset : {-1.5, -1.0, -0.5, -0.25, 0.0, 0.25, 0.5, 1.0, 1.5, 2.5}) around(std::ldexp(1.0, e) + offset);
+  for (double x : {0.0, 0.4, 2.5, 4294967295.5, 2147483648.5, 2147483647.5, 9.3e18, 1.9e19}) around(x);
+  for (T t : {std::numeric_limits<T>::infinity(), std::numeric_limits<T>::quiet_NaN(), std::numeric_limits<T>::denorm_min()})
+    around(t);
+  for (int i = 0; i < 40000; i++) s.push_back(static_cast<Bits>(random_bits()));
+  for (int i = 0; i < 40000; i++)
+    around(std::ldexp(static_cast<double>(random_bits() >> 40) + 0.5, static_cast<int>(random_bits() % 46) - 6));
+  return s;
+}
+
+// Integers at and beside powers of two, ties of every position with and without a bit far below, and random ones of all lengths.
+std::vector<uint64_t> integer_sources() {
+  std::vector<uint64_t> s;
+  for (int e = 0; e < 64; e++)
+    for (uint64_t d = 0; d < 5; d++)
+      for (uint64_t x : {uint64_t(1) << e, uint64_t(3) << e}) s.push_back(x + d), s.push_back(x - d), s.push_back(0 - x - d);
+  for (int i = 0; i < 60000; i++) {
+    int leading = random_bits() % 2 ? 24 : 53, cut = static_cast<int>(random_bits() % 40) + 1;
+    uint64_t x = ((random_bits() >> (64 - leading)) << cut) + (uint64_t(1) << (cut - 1));
+    uint64_t below = uint64_t(1) << (random_bits() % cut);
+    for (uint64_t y : {x, x + 1, x - 1, x + below, x - below}) s.push_back(y), s.push_back(0 - y);
+    s.push_back(random_bits() >> (random_bits() % 64));
+    s.push_back(0 - s.back());
+  }
+  return s;
+}
+
+// ---- the comparison ----
+
+// Runs sources through one entry point; `of(source)` is what must come out. Returns how many were compared.
+template <class Source, class Result, class Reference>
+size_t compare(const conversion& c, const std::vector<Source>& sources, Reference of) {
+  invoker call(c.entry, library_symbol(c.entry.symbol()));
+  const size_t lanes = static_cast<size_t>(c.entry.width);
+  size_t compared = 0, wrong = 0;
+  for (size_t at = 0; at + lanes <= sources.size(); at += lanes) {
+    Result got[16];
+    const void* arguments[] = {&sources[at]};
+    void* results[] = {got};
+    EXPECT_EQ(call(arguments, results), "") << c.entry.symbol();
+    for (size_t i = 0; i < lanes; i++, compared++) {
+      auto want = static_cast<Result>(of(sources[at + i]));
+      if (got[i] != want && wrong++ < 5)
+        ADD_FAILURE() << c.entry.symbol() << " of " << std::hex << +sources[at + i] << " is " << +got[i] << ", not " << +want;
+    }
+  }
+  return compared;
+}
+
+double as_double(uint32_t bits) {
+  float x;
+  std::memcpy(&x, &bits, 4);
+  uint64_t sign = bits >> 31;  // a NaN keeps its sign without passing through a conversion
+  if (std::isnan(x)) return std::copysign(std::numeric_limits<double>::quiet_NaN(), sign ? -1.0 : 1.0);
+  return x;
+}
+double as_double(uint64_t bits) {
+  double x;
+  std::memcpy(&x, &bits, 8);
+  return x;
+}
+
+template <class Source>
+size_t compare_to_integer(const conversion& c, const std::vector<Source>& sources) {
+  auto of = [&](Source b) { return reference_to_integer(c, as_double(b)); };
+  return c.bits == 32 ? compare<Source, uint32_t>(c, sources, of) : compare<Source, uint64_t>(c, sources, of);
+}
+
+template <class Source>
+size_t compare_from_integer(const conversion& c, const std::vector<Source>& sources) {
+  auto of = [&](Source n) { return reference_from_integer(c, n); };
+  return c.entry.type == element::f32 ? compare<Source, uint32_t>(c, sources, of) : compare<Source, uint64_t>(c, sources, of);
+}
+
+std::vector<uint32_t> low_words(const std::vector<uint64_t>& s) { return {s.begin(), s.end()}; }
+
+}  // namespace
+
+TEST(Conversions, ToInteger) {
+  const auto floats = real_sources<float, uint32_t>();
+  const auto doubles = real_sources<double, uint64_t>();
+  const auto all = conversions(true);
+  ASSERT_EQ(all.size(), 64u);
+  for (const conversion& c : all)
+    EXPECT_GT(c.entry.type == element::f32 ? compare_to_integer(c, floats) : compare_to_integer(c, doubles), 500000u);
+}
+
+TEST(Conversions, FromInteger) {
+  const auto longs = integer_sources();
+  const auto ints = low_words(longs);
+  const auto all = conversions(false);
+  ASSERT_EQ(all.size(), 32u);
+  for (const conversion& c : all)
+    EXPECT_GT(c.bits == 32 ? compare_from_integer(c, ints) : compare_from_integer(c, longs), 500000u);
+}
+
+// Floating-to-integer conversions round as their name says, whatever the caller's mode.
+TEST(Conversions, CallersRoundingModeDoesNotMatter) {
+  size_t compared = 0;
+  for (const conversion& c : conversions(true)) {
+    invoker call(c.entry, library_symbol(c.entry.symbol()));
+    for (uint32_t mode = 0; mode < 4; mode++)
+      for (double x : {2.5, -2.5, 0.5, -0.4, 3.7, -3.7, 8388607.5, -8388607.5, 2147483000.5}) {
+        alignas(16) uint64_t got[4] = {};
+        float f[4] = {float(x), float(x), float(x), float(x)};
+        double d[2] = {x, x};
+        const void* arguments[] = {c.entry.type == element::f32 ? static_cast<const void*>(f) : d};
+        void* results[] = {got};
+        call_options options;
+        options.mxcsr |= mode << 13;
+        ASSERT_EQ(call(arguments, results, options), "") << c.entry.symbol();
+        uint64_t want = reference_to_integer(c, c.entry.type == element::f32 ? f[0] : x);
+        EXPECT_EQ(c.bits == 32 ? static_cast<uint32_t>(got[0]) : got[0], want)
+            << c.entry.symbol() << " of " << x << " in mode " << mode;
+        compared++;
+      }
+  }
+  EXPECT_EQ(compared, 64u * 4 * 9);
+}
+
+TEST(Conversions, Exhaustive) {
+  if (!std::getenv("VORX_EXHAUSTIVE")) GTEST_SKIP() << "set VORX_EXHAUSTIVE to check all 2^32 sources";
+  constexpr size_t chunk = 1 << 20;
+  std::vector<uint32_t> sources(chunk);
+  for (bool to_integer : {true, false})
+    for (const conversion& c : conversions(to_integer, 16)) {
+      if (to_integer ? c.entry.type != element::f32 : c.bits != 32) continue;
+      size_t compared = 0;
+      for (uint64_t from = 0; from < uint64_t(1) << 32; from += chunk) {
+        for (size_t i = 0; i < chunk; i++) sources[i] = static_cast<uint32_t>(from + i);
+        compared += to_integer ? compare_to_integer(c, sources) >> 10 : compare_from_integer(c, sources) >> 10;
+        ASSERT_FALSE(testing::Test::HasFailure()) << c.entry.symbol();
+      }
+      EXPECT_EQ(compared, size_t(1) << 22);
+    }
+}
