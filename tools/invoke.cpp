@@ -94,6 +94,7 @@ extern "C" [[gnu::naked]] void call_machine(machine_state*, const void*, const v
     ret
   )" ::"i"(image_bytes));
 }
+static_assert(sizeof(machine_state) % 8 == 0 && image_bytes % 8 == 0);
 static_assert(offsetof(machine_state, eax) == 128 && offsetof(machine_state, ecx) == 132 && offsetof(machine_state, ebp) == 152 &&
               offsetof(machine_state, esp) == 156 && offsetof(machine_state, mxcsr) == 160);
 
@@ -103,7 +104,7 @@ std::string invoker::operator()(const void* const* arguments, void* const* resul
   const shape& form = entry_.of->form;
   alignas(16) unsigned char image[image_bytes];
   auto fill_with_garbage = [&](void* p, size_t bytes) {
-    for (size_t i = 0; i + 4 <= bytes; i += 4) std::memcpy(static_cast<unsigned char*>(p) + i, &options.garbage, 4);
+    for (size_t i = 0; i + 8 <= bytes; i += 8) std::memcpy(static_cast<unsigned char*>(p) + i, &options.garbage, 8);
   };
   fill_with_garbage(image, sizeof image);
   fill_with_garbage(&state_, sizeof state_);

@@ -20,10 +20,10 @@ struct alignas(16) machine_state {
 
 // What a call may be given beside its lanes.
 struct call_options {
-  uint32_t garbage = 0xffa5a5a5;  // fills lanes and registers that carry no element: a signalling NaN, unless changed
-  int misalignment = 0;           // bytes (multiple of 4) by which the stack is off 16; only where no vector is on the stack
-  int hidden_offset = 8;          // alignment of the hidden result area: 8 modulo 16, or 0
-  uint32_t mxcsr = 0x1f80;        // round to nearest, all exceptions masked, no flag raised
+  uint64_t garbage = 0xffa5a5a5ffa5a5a5;  // fills lanes and registers that carry no element: a signalling NaN, unless changed
+  int misalignment = 0;     // bytes (multiple of 4) by which the stack is off 16; only where no vector is on the stack
+  int hidden_offset = 8;    // alignment of the hidden result area: 8 modulo 16, or 0
+  uint32_t mxcsr = 0x1f80;  // round to nearest, all exceptions masked, no flag raised
 };
 
 class invoker {
