@@ -92,7 +92,9 @@ struct entry {
 #pragma clang loop unroll(disable)
       for (int i = 0; i < steps; i++) f(i);
     } else {
-      [&]<int... i>(std::integer_sequence<int, i...>) { (f(std::integral_constant<int, i>{}), ...); }
+      [&]<int... i>(std::integer_sequence<int, i...>) __attribute__((always_inline)) {
+        (f(std::integral_constant<int, i>{}), ...);
+      }
       (std::make_integer_sequence<int, steps>{});
     }
   }
@@ -258,7 +260,7 @@ struct entry {
   // registers that hold no argument or result.
   VORX_INLINE static out compute(const in& r, word w, const constants* k) {
     sink s = start(w);
-    each_step([&](auto i) {
+    each_step([&](auto i) __attribute__((always_inline)) {
       auto value = with_arguments(r, w, i, [k](auto... x) { return K::path(x..., *k); });
       if constexpr (!std::is_empty_v<constants>)
         if (in_memory || i + 1 < steps) asm volatile("" : "+r"(k), "+x"(first_register(value)));
@@ -267,10 +269,13 @@ struct entry {
     return s.o;
   }
 
-  // Whether the lane test flags a lane that exists.
+  // Whether the lane test flags a lane that exists. The barrier keeps the tests of the registers apart, so that none is spilled.
   VORX_INLINE static bool any_special(const in& r, word w, const constants* k) {
     i32x4 flags = {_mm_setzero_si128()};
-    each_step([&](auto i) { flags = flags | with_arguments(r, w, i, [k](auto... x) { return K::special(x..., *k); }); });
+    each_step([&](auto i) __attribute__((always_inline)) {
+      flags = flags | with_arguments(r, w, i, [k](auto... x) { return K::special(x..., *k); });
+      if constexpr (!std::is_empty_v<constants> && steps > 1) asm volatile("" : "+r"(k), "+x"(flags.v));
+    });
     return (mask_of(flags) & ((1 << (W < E::lanes ? W : E::lanes)) - 1)) != 0;
   }
 
@@ -285,6 +290,7 @@ struct entry {
   template <class Step>
   struct alignas(16) lane_array {
     typename Step::lane lane[lanes];
+    VORX_INLINE lane_array() {}  // keeps std::tuple from clearing it
     static constexpr int step_bytes = E::lanes * sizeof(typename Step::lane);
     VORX_INLINE void put(int i, typename Step::type x) {
       char* p = reinterpret_cast<char*>(lane) + step_bytes * i;
