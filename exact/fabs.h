@@ -6,15 +6,9 @@
 namespace vorx {
 
 template <class E>
-struct fabs_constants {
-  typename E::constant magnitude = pattern<E>(0x7fffffff, 0x7fffffffffffffff);
-};
-
-template <class E>
-struct fabs_kernel : kernel<E, fabs_constants<E>> {
-  using typename kernel<E, fabs_constants<E>>::constants;
+struct fabs_kernel : kernel<E> {
   using V = typename E::vector;
-  static V path(V x, const constants& k) { return x & k.magnitude; }
+  static V path(V x, const no_constants&) { return x & magnitude_mask<V>(); }
 };
 using fabs_f32 = fabs_kernel<f32>;
 using fabs_f64 = fabs_kernel<f64>;

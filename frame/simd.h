@@ -106,20 +106,24 @@ VORX_INLINE f64x2 select(i64x2 mask, f64x2 a, f64x2 b) { return {_mm_blendv_pd(b
 VORX_INLINE i32x4 select(i32x4 mask, i32x4 a, i32x4 b) { return as_int(select(mask, as_float(a), as_float(b))); }
 VORX_INLINE i64x2 select(i64x2 mask, i64x2 a, i64x2 b) { return as_int(select(mask, as_float(a), as_float(b))); }
 
-// All ones, and the mask of everything but the sign: made in registers, one and two instructions, where the address of a constant
-// would cost four. Assembly, because the compiler turns the intrinsics into loads.
-template <class V>
-VORX_INLINE V all_ones() {
+// A mask made in registers, by two or three instructions where the address of a constant would cost four: ones in every lane but
+// for so many zero bits above and below them. Assembly, because the compiler turns the intrinsics into loads.
+template <class V, int above, int below>
+VORX_INLINE V ones() {
   V a;
-  asm("pcmpeqd %0, %0" : "=x"(a.v));
+  if constexpr (sizeof(a.v[0]) == 4)
+    asm("pcmpeqd %0, %0\n\t.if %c1\n\tpslld %1, %0\n\t.endif\n\tpsrld %2, %0"
+        : "=x"(a.v)
+        : "i"(below ? above + below : 0), "i"(above));
+  else
+    asm("pcmpeqd %0, %0\n\t.if %c1\n\tpsllq %1, %0\n\t.endif\n\tpsrlq %2, %0"
+        : "=x"(a.v)
+        : "i"(below ? above + below : 0), "i"(above));
   return a;
 }
 template <class V>
 VORX_INLINE V magnitude_mask() {
-  if constexpr (sizeof(V{}.v[0]) == 4)
-    return as_float(shift_right_logical(all_ones<i32x4>(), 1));
-  else
-    return as_float(shift_right_logical(all_ones<i64x2>(), 1));
+  return ones<V, 1, 0>();
 }
 
 // Packed minimum and maximum: the second operand where either is a NaN or both are zeros. These are the intrinsics, which keep

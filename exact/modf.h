@@ -1,0 +1,44 @@
+// modf(x) = x - trunc(x), with the sign of x; second result trunc(x).
+//
+// A negative integral x has the fraction +0: the plain difference, deliberately.
+#pragma once
+
+#include "exact/fields.h"
+
+namespace vorx {
+
+template <class E>
+struct modf_constants {
+  rep32 magnitude_word = bits32(0x7fffffff);
+  rep32 largest = bits32(E::lanes == 4 ? 0x7f7fffff : 0x7fefffff);  // of a finite number's sign and exponent word
+};
+
+// Special results: infinities give a zero of their sign and themselves, NaN itself twice, quiet.
+template <class E>
+struct modf_kernel : kernel<E, modf_constants<E>> {
+  using typename kernel<E, modf_constants<E>>::constants;
+  using V = typename E::vector;
+  using T = typename E::scalar;
+  using I = typename E::integer;
+  static constexpr T seams[] = {-1, 0, 1};
+
+  static two<V, V> path(V x, const constants&) {
+    V integral = round_to_integral<toward_zero>(x);
+    return {x - integral, integral};
+  }
+  static i32x4 special(V x, const constants& k) { return magnitude_words(x, k) > k.largest; }
+  static int rare(const T* x, T* fraction, T* integral) {
+    I bits = bits_of(*x);
+    if (is_nan(bits)) {
+      *fraction = *integral = opaque(*x) + *x;
+    } else {
+      *fraction = from_bits(bits & sign_bit<I>);
+      *integral = *x;
+    }
+    return ordinary;
+  }
+};
+using modf_f32 = modf_kernel<f32>;
+using modf_f64 = modf_kernel<f64>;
+
+}  // namespace vorx

@@ -1,0 +1,164 @@
+// Runs lanes with known results through an entry point at all six widths. Lanes are shuffled, so that each has hostile
+// neighbours, and every lane visits every width; results are compared by bits.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tools/invoke.h"
+
+namespace vorx {
+
+// Bits of one lane's arguments and of the results that they must give, whatever the element type.
+struct lane_case {
+  uint64_t in[3];
+  uint64_t out[2];
+};
+
+template <class T>
+using bits_type = std::conditional_t<sizeof(T) == 4, uint32_t, uint64_t>;
+template <class T>
+inline constexpr element element_of = sizeof(T) == 4 ? element::f32 : element::f64;
+
+template <class T>
+bits_type<T> to_bits(T x) {
+  return std::bit_cast<bits_type<T>>(x);
+}
+template <class T>
+T to_real(uint64_t b) {
+  return std::bit_cast<T>(static_cast<bits_type<T>>(b));
+}
+
+// Fields of the format of T.
+template <class T>
+struct bits_of_format {
+  static constexpr int fraction_bits = sizeof(T) == 4 ? 23 : 52;
+  static constexpr uint64_t sign = uint64_t{1} << (8 * sizeof(T) - 1);
+  static constexpr uint64_t infinity = sizeof(T) == 4 ? 0x7f800000u : 0x7ff0000000000000u;
+  static constexpr uint64_t quiet = uint64_t{1} << (fraction_bits - 1);
+  static constexpr uint64_t default_nan = sign | infinity | quiet;  // what the processor makes of an invalid operation
+  static bool is_nan(uint64_t b) { return (b & ~sign) > infinity; }
+};
+
+// Zeros, subnormals, powers of two and their neighbours, integers and halves, the largest numbers, infinities, quiet and
+// signalling NaN, all with both signs; and random bits.
+template <class T>
+std::vector<uint64_t> interesting_values(int random, unsigned seed) {
+  using F = bits_of_format<T>;
+  std::vector<uint64_t> values = {0,
+                                  1,
+                                  2,
+                                  3,
+                                  F::quiet,
+                                  2 * F::quiet - 1,
+                                  F::infinity,
+                                  F::infinity - 1,
+                                  F::infinity + 1,
+                                  F::infinity + 0x1234,
+                                  F::infinity | F::quiet,
+                                  F::infinity | F::quiet | 0x321};
+  for (int n : {-1000, -130, -126, -60, -25, -2, -1, 0, 1, 2, F::fraction_bits - 1, F::fraction_bits, F::fraction_bits + 1, 31,
+                63, 120, 1000}) {
+    uint64_t power = to_bits(static_cast<T>(std::ldexp(1.0, n)));
+    for (uint64_t d : {0, 1, 2}) values.insert(values.end(), {power + d, power > d ? power - d : d});
+  }
+  for (int i = 1; i < 20; i++) values.push_back(to_bits(static_cast<T>(i * 0.5)));
+  std::mt19937_64 generator(seed);
+  for (int i = 0; i < random; i++) {
+    values.push_back(sizeof(T) == 4 ? generator() >> 32 : generator());
+    values.push_back(to_bits(static_cast<T>(std::uniform_real_distribution<double>(-100, 100)(generator))));
+  }
+  std::vector<uint64_t> both;
+  for (uint64_t b : values) both.insert(both.end(), {b, b ^ F::sign});
+  return both;
+}
+
+inline const entry_point& find_entry(const std::string& function, element type, int width) {
+  static const std::vector<entry_point> all = entry_points();
+  return *std::find_if(all.begin(), all.end(), [&](const entry_point& e) {
+    return e.of->name == function && e.type == type && e.width == width && !e.native;
+  });
+}
+
+// Calls `function` with all cases at all widths. `inspect(flags, first, width)` is told what each call raised and which cases it
+// had, by the index of the first; indices wrap.
+template <class Inspect>
+void run_every_width(const std::string& function, element type, std::vector<lane_case> cases, const call_options& options,
+                     Inspect inspect) {
+  std::shuffle(cases.begin(), cases.end(), std::mt19937(7));
+  for (int width : widths) {
+    const entry_point& e = find_entry(function, type, width);
+    ASSERT_NE(library_symbol(e.symbol()), nullptr) << e.symbol();
+    invoker call(e, library_symbol(e.symbol()));
+    const shape& form = e.of->form;
+    int failures = 0;
+    for (size_t first = 0; first < cases.size(); first += static_cast<size_t>(width)) {
+      alignas(16) unsigned char arguments[3][128], results[2][128];
+      const lane_case* lane[16];
+      for (int i = 0; i < width; i++) lane[i] = &cases[(first + static_cast<size_t>(i)) % cases.size()];
+      for (int a = 0; a < form.argument_count(); a++) {
+        size_t bytes = static_cast<size_t>(lane_bytes(form.arguments[a], type));
+        for (int i = 0; i < width; i++) std::memcpy(arguments[a] + bytes * static_cast<size_t>(i), &lane[i]->in[a], bytes);
+      }
+      const void* in[] = {arguments[0], arguments[1], arguments[2]};
+      void* out[] = {results[0], results[1]};
+      ASSERT_EQ(call(in, out, options), "") << e.symbol();
+      for (int i = 0; i < width; i++)
+        for (int r = 0; r < form.result_count(); r++) {
+          size_t bytes = static_cast<size_t>(lane_bytes(form.results[r], type));
+          uint64_t got = 0, mask = bytes == 8 ? ~uint64_t{0} : 0xffffffff;
+          std::memcpy(&got, results[r] + bytes * static_cast<size_t>(i), bytes);
+          if (got == (lane[i]->out[r] & mask)) continue;
+          if (++failures <= 5)
+            ADD_FAILURE() << e.symbol() << " lane " << i << " result " << r << std::hex << ": of " << lane[i]->in[0] << ' '
+                          << lane[i]->in[1] << ' ' << lane[i]->in[2] << " got " << got << " want " << (lane[i]->out[r] & mask);
+        }
+      inspect(call.flags(), lane, width);
+    }
+    EXPECT_EQ(failures, 0) << e.symbol();
+  }
+}
+
+inline void run_every_width(const std::string& function, element type, const std::vector<lane_case>& cases,
+                            const call_options& options = {}) {
+  run_every_width(function, type, cases, options, [](uint32_t, const lane_case* const*, int) {});
+}
+
+// The status that a rare-case routine returned and the SSE exception flags that it raised.
+struct outcome {
+  int status;
+  uint32_t flags;
+  bool operator==(const outcome&) const = default;
+};
+inline std::ostream& operator<<(std::ostream& s, const outcome& o) { return s << "status " << o.status << " flags " << o.flags; }
+enum flag : uint32_t {
+  invalid_flag = 1,
+  denormal_flag = 2,
+  pole_flag = 4,
+  overflow_flag = 8,
+  underflow_flag = 16,
+  inexact_flag = 32
+};
+
+template <class Routine>
+[[gnu::noinline]] int call_out_of_line(Routine& routine) {  // so that its arithmetic stays between reading the flags
+  return routine();
+}
+template <class Routine>
+outcome observe(Routine routine) {
+  uint32_t before = _mm_getcsr();
+  _mm_setcsr(before & ~0x3fu);
+  int status = call_out_of_line(routine);
+  uint32_t after = _mm_getcsr();
+  _mm_setcsr(before);
+  return {status, after & 0x3f & ~denormal_flag};
+}
+
+}  // namespace vorx
