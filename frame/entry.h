@@ -269,11 +269,12 @@ struct entry {
     return s.o;
   }
 
-  // Whether the lane test flags a lane that exists. The barrier keeps the tests of the registers apart, so that none is spilled.
-  VORX_INLINE static bool any_special(const in& r, word w, const constants* k) {
+  // Whether the lane test flags a lane that exists. The barrier keeps the tests of the registers apart, so that none is spilled;
+  // it leaves its address of the constants in k, so that there is one in a register and not two.
+  VORX_INLINE static bool any_special(const in& r, word w, const constants*& k) {
     i32x4 flags = {_mm_setzero_si128()};
     each_step([&](auto i) __attribute__((always_inline)) {
-      flags = flags | with_arguments(r, w, i, [k](auto... x) { return K::special(x..., *k); });
+      flags = flags | with_arguments(r, w, i, [&k](auto... x) { return K::special(x..., *k); });
       if constexpr (!std::is_empty_v<constants> && steps > 1) asm volatile("" : "+r"(k), "+x"(flags.v));
     });
     return (mask_of(flags) & ((1 << (W < E::lanes ? W : E::lanes)) - 1)) != 0;
