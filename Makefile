@@ -1,8 +1,9 @@
 # What a newcomer types. Everything else is CMake: see CMakePresets.json.
-.PHONY: demo test lib install tools clean
+.PHONY: demo test lib install tools clean bench docs
 
 BUILD := build
 JOBS := $(shell nproc)
+COMMIT = $(shell git describe --always --dirty --exclude '*')
 
 lib: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --target vorx -j $(JOBS)
@@ -11,6 +12,20 @@ test: packages $(BUILD)/build.ninja
 	cmake --build $(BUILD) -j $(JOBS)
 	$(BUILD)/list_catalogue count
 	ctest --preset default
+
+# Speed of every entry point; ARGS="--filter=exp.*4 --quick" and so on.
+bench: $(BUILD)/build.ninja
+	cmake --build $(BUILD) --target bench -j $(JOBS)
+	$(BUILD)/bench --commit=$(COMMIT) $(ARGS)
+
+# docs/*.md and plots, from what the tools measure; the numbers are kept in docs/data.
+docs: docs/speed.md
+
+.PHONY: docs/speed.md
+docs/speed.md:
+	mkdir -p docs/data
+	$(MAKE) bench ARGS=--csv=docs/data/speed.csv
+	python3 tools/bench/speed_page.py docs/data/speed.csv docs
 
 install: lib
 	cmake --install $(BUILD)
