@@ -1,8 +1,12 @@
 // exp(x) = 2^n e^r with n = round(x / ln 2) and |r| <= ln 2 / 2; e^r is a polynomial.
 #pragma once
 
+#include <array>
+
+#include "explog/exponential.h"
 #include "frame/kernel.h"
 #include "frame/rare.h"
+#include "tables/exp_f64_table.h"
 
 namespace vorx {
 
@@ -85,6 +89,78 @@ struct exp_f32_native : kernel<f32, exp_f32_native_constants> {
     f32x4 p = horner(r, k.c3, k.c2, k.c1, k.c0);
     return as_float(as_int(p) + (as_int(t) << 23));
   }
+};
+
+struct exp_f64_constants {
+  rep64 steps = c(0x40971547652b82fe, 1477.3197218702985);       // 1024 / ln 2
+  rep64 shifter = c(0x4338000000000000, 6755399441055744.0);     // 1.5 x 2^52: the sum carries n in its low bits
+  rep64 step_hi = c(0x3f462e42fec00000, 0.0006769015431018488);  // ln 2 / 1024; low 22 bits zero: n * step_hi is exact
+  rep64 step_lo = c(0x3d5d1cf79abc9e3b, 4.137227896298129e-13);
+  rep64 c2 = c(0x4008000002503ecd, 3.0000000172366073);
+  rep64 c1 = c(0x4017fffffe3ca7b0, 5.999999973728265);
+  rep64 c0 = c(0x4017fffffe3ca7af, 5.999999973728264);
+  rep64 index = bits64(0x3ff);
+  rep64 exponent = bits64(~0x3ffull);
+  rep64 one = c(0x3ff0000000000000, 1.0);
+  rep64 magnitude = bits64(0x7fffffffffffffff);
+  rep64 tiny = c(0x3cb0000000000000, 0x1p-52);
+  rep32 limit = high_words(0x4086232a);  // of 708.396; the last high word on the path
+  std::array<double, 1024> table = exp_f64_table;
+};
+static_assert(low_zero_bits(exp_f64_constants{}.step_hi) >= 21);
+
+// Accurate: 2.56 ULP; exactly 1 + x for |x| < 2^-52. Special results: exp(-inf) = +0, exp(+inf) = +inf, NaN for NaN; +inf above
+// 709.7827, gradual underflow below -708.3964, +0 below -745.1332.
+struct exp_f64 : kernel<f64, exp_f64_constants> {
+  static constexpr double max_ulp = 2.57;
+  static constexpr double seams[] = {-745.1332191019411, -708.3964185322641, -708.39599609375, -0x1p-52, 0x1p-52,
+                                     708.39599609375,    709.782712893384};
+
+  // e^x = 2^m 2^(j/1024) e^r with n = round(x 1024 / ln 2) = 1024 m + j and |r| <= ln 2 / 2048. The cubic has 1 as its leading
+  // coefficient and approximates 6 e^r; the table takes the 6 back.
+  static f64x2 path(f64x2 x, const constants& k) {
+    f64x2 t = x * k.steps + k.shifter;
+    f64x2 n = t - k.shifter;
+    f64x2 r = x - n * k.step_hi - n * k.step_lo;  // the first product is exact
+    f64x2 p = horner(r, r + k.c2, k.c1, k.c0);
+    f64x2 y = lookup(k.table.data(), as_int(t) & k.index) * p;
+    y = as_float(as_int(y) + ((as_int(t) & k.exponent) << 42));  // 2^m: m added to the exponent field
+    // The steps give 1 - 2^-53 at zero.
+    return select((x & k.magnitude) < k.tiny, x + k.one, y);
+  }
+  static i32x4 special(f64x2 x, const constants& k) { return words(x & k.magnitude) > k.limit; }
+
+  static int rare(const double* x, double* result) {
+    uint64_t bits = bits_of(*x);
+    if (is_not_finite(bits)) {
+      if (bits == 0xfff0000000000000) return *result = 0.0, ordinary;
+      return *result = opaque(*x) * *x, ordinary;
+    }
+    if ((bits >> 52 & 0x7ff) < 971) return *result = 1 + *x, ordinary;
+    if (*x > scalar(0x40862e42fefa39ef, 709.782712893384)) return *result = overflowed<double>(), overflow;
+    if (*x < scalar(0xc0874910d52d3051, -745.1332191019411)) return *result = underflowed<double>(), underflow;
+
+    // e^x = 2^m 2^(j/64) (1 + q): 64 steps to an octave, the table to twice the precision.
+    double t = *x * scalar(0x40571547652b82fe, 92.33248261689366) + scalar(0x4338000000000000, 6755399441055744.0);
+    double n = t - scalar(0x4338000000000000, 6755399441055744.0);
+    double r = *x - n * scalar(0x3f862e42fefa0000, 0.010830424696223417) - n * scalar(0x3d1cf79abc9e3b3a, 2.572804622327669e-14);
+    int32_t i = static_cast<int32_t>(bits_of(t));
+    double p = horner(r, scalar(0x3f56c16a1c2a3ffd, 1.3888870459233254e-3), scalar(0x3f8111123aaf20d3, 8.333341995140497e-3),
+                      scalar(0x3fa5555555558fcc, 4.166666666677052e-2), scalar(0x3fc55555555548f8, 0.1666666666665788), 0.5);
+    const exp2_j64_pair& row = exp2_j64_pairs[i & 63];
+    return scaled(row.high, p * (r * r) + r + row.low, i >> 6, result);
+  }
+};
+
+struct exp_f64_native_constants {
+  rep64 steps = c(0x40671547652b82fe, 184.6649652337873);  // 128 / ln 2
+  native_exp2_f64_constants exp2;
+};
+
+// Native: 2^-41 relative; +inf above 709.7827, +0 below -708.3964 (no subnormal results), NaN for NaN.
+struct exp_f64_native : kernel<f64, exp_f64_native_constants> {
+  static constexpr double max_ulp = 4096;
+  static f64x2 path(f64x2 x, const constants& k) { return native_exp2(x * k.steps, k.exp2); }
 };
 
 }  // namespace vorx

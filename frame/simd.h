@@ -194,4 +194,16 @@ VORX_INLINE uint32_t extract(i32x4 a) {
   return static_cast<uint32_t>(_mm_extract_epi32(a.v, lane));
 }
 
+// Table look-up: lane i is table[index in lane i]. The indices of doubles stand in the low words of 64-bit lanes.
+VORX_INLINE f64x2 lookup(const double* table, i64x2 index) {
+  __m128d low = _mm_load_sd(table + extract<0>(as_i32(index)));
+  return {_mm_loadh_pd(low, table + extract<2>(as_i32(index)))};
+}
+VORX_INLINE f32x4 lookup(const float* table, i32x4 index) {
+  __m128 row = _mm_load_ss(table + extract<0>(index));
+  row = _mm_insert_ps(row, _mm_load_ss(table + extract<1>(index)), 0x10);
+  row = _mm_insert_ps(row, _mm_load_ss(table + extract<2>(index)), 0x20);
+  return {_mm_insert_ps(row, _mm_load_ss(table + extract<3>(index)), 0x30)};
+}
+
 }  // namespace vorx
