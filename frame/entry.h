@@ -152,7 +152,15 @@ struct entry {
     else if constexpr (sizeof(typename argument<A>::lane) == 4)
       return _mm_cvtsi32_si128(*reinterpret_cast<const int32_t*>(w + (p.at - 4)));
     else
-      return _mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(w + (p.at - 4)));
+      return two_words(reinterpret_cast<const int32_t*>(w + (p.at - 4)));
+  }
+
+  // A 64-bit integer that the caller has pushed as two words: one load of both would wait until both stores have left the
+  // processor's store buffer (a conversion takes 35 cycles instead of 8). In assembly, for the compiler would join the loads.
+  VORX_INLINE static __m128i two_words(const int32_t* p) {
+    __m128i x = _mm_cvtsi32_si128(p[0]);
+    asm("pinsrd $1, %1, %0" : "+x"(x) : "m"(p[1]));
+    return x;
   }
 
   // The last step of a three-lane argument with an ordinary fourth lane: the fill value, the integer 1, or 0 for codes.
