@@ -35,6 +35,8 @@ claims read() {
   if constexpr (requires { K::max_ulp; }) c.max_ulp = K::max_ulp;
   if constexpr (requires { K::seams; })
     for (auto seam : K::seams) c.seams.push_back(seam);
+  if constexpr (requires { K::domain; })
+    for (auto end : K::domain) c.domain.push_back(end);
   if constexpr (requires { K::whole_vector; }) c.whole_vector = K::whole_vector;
   if constexpr (has_lane_test<K>) {
     c.has_lane_test = true;

@@ -11,6 +11,7 @@ namespace vorx {
 struct claims {
   double max_ulp = 0;          // largest error in ULP; 0 where the kernel states none: the result is exact
   std::vector<double> seams;   // arguments where the algorithm changes (a float kernel's are exact here)
+  std::vector<double> domain;  // lowest and highest x for which max_ulp holds; empty: all
   bool whole_vector = false;   // a decision concerns all lanes: a lane's last bits may depend on its neighbours
   bool has_lane_test = false;  // some lanes go to a rare-case routine
   // The kernel's own lane test on the bits of one lane of each argument; null without a lane test.
