@@ -1,5 +1,5 @@
 # What a newcomer types. Everything else is CMake: see CMakePresets.json.
-.PHONY: demo test lib install bench docs packages clean
+.PHONY: demo test lib install tools clean bench ulp docs
 
 BUILD := build
 JOBS := $(shell nproc)
@@ -7,10 +7,6 @@ COMMIT = $(shell git describe --always --dirty --exclude '*')
 
 lib: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --target vorx -j $(JOBS)
-
-demo: packages $(BUILD)/build.ninja
-	cmake --build $(BUILD) --target galaxy -j $(JOBS)
-	$(BUILD)/examples/galaxy
 
 test: packages $(BUILD)/build.ninja
 	cmake --build $(BUILD) -j $(JOBS)
@@ -21,6 +17,11 @@ test: packages $(BUILD)/build.ninja
 bench: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --target bench -j $(JOBS)
 	$(BUILD)/bench --commit=$(COMMIT) $(ARGS)
+
+# Accuracy of kernels; ARGS="exp --type f32 --exhaustive" and so on, --help says what there is.
+ulp: $(BUILD)/build.ninja
+	cmake --build $(BUILD) --target ulp -j $(JOBS)
+	$(BUILD)/ulp $(or $(ARGS),--all --brief)
 
 # docs/*.md and plots, from what the tools measure; the numbers are kept in docs/data.
 docs: docs/speed.md
@@ -34,6 +35,7 @@ docs/speed.md:
 install: lib
 	cmake --install $(BUILD)
 
+.PHONY: packages
 packages:
 	./tools/install-packages
 

@@ -1,0 +1,81 @@
+#include "tools/ulp/call.h"
+
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+
+#include "tools/invoke.h"
+
+namespace vorx::ulp {
+
+// enter(frame), cdecl. ebx survives the call by the convention, and carries the frame's address across it.
+extern "C" [[gnu::naked]] void enter(call_frame*) {
+  asm(R"(
+    pushl %ebp
+    movl %esp, %ebp
+    pushl %ebx
+    movl 8(%ebp), %ebx
+    movl 76(%ebx), %ecx
+    andl $-16, %esp
+    subl %ecx, %esp
+    testl %ecx, %ecx
+    jz 2f
+  1:
+    movaps 64(%ebx,%ecx), %xmm0
+    movaps %xmm0, -16(%esp,%ecx)
+    subl $16, %ecx
+    jnz 1b
+  2:
+    movl 64(%ebx), %eax
+    movaps (%ebx), %xmm0
+    movaps 16(%ebx), %xmm1
+    movaps 32(%ebx), %xmm2
+    movaps 48(%ebx), %xmm3
+    call *72(%ebx)
+    movl %eax, 64(%ebx)
+    movl %edx, 68(%ebx)
+    movaps %xmm0, (%ebx)
+    movaps %xmm1, 16(%ebx)
+    movaps %xmm2, 32(%ebx)
+    movaps %xmm3, 48(%ebx)
+    movl -4(%ebp), %ebx
+    leave
+    ret
+  )");
+}
+static_assert(offsetof(call_frame, eax) == 64 && offsetof(call_frame, edx) == 68 && offsetof(call_frame, entry) == 72 &&
+              offsetof(call_frame, stack_bytes) == 76 && offsetof(call_frame, stack) == 80);
+
+caller::caller(const entry_point& e) {
+  std::memset(&frame_, 0, sizeof frame_);
+  frame_.entry = library_symbol(e.symbol());
+  if (!frame_.entry) {
+    std::fprintf(stderr, "ulp: the library has no %s\n", e.symbol().c_str());
+    std::exit(2);
+  }
+  const layout l = e.where_things_are();
+  const shape& form = e.of->form;
+  frame_.stack_bytes = static_cast<uint32_t>(l.stack_bytes + 15) & ~15u;
+  auto store_address = [&](int at, void* p) { std::memcpy(frame_.stack + (at - 4), &p, sizeof p); };
+  if (l.hidden_bytes != 0) store_address(4, frame_.hidden);
+  for (int a = 0; a < form.argument_count(); a++) {
+    const placement& p = l.arguments[a];
+    argument_[a].bytes = static_cast<size_t>(lane_bytes(form.arguments[a], e.type));
+    argument_[a].start = p.place == where::xmm   ? frame_.xmm[p.at]
+                         : p.place == where::eax ? reinterpret_cast<unsigned char*>(&frame_.eax)
+                                                 : frame_.stack + (p.at - 4);
+  }
+  for (int r = 0; r < form.result_count(); r++) {
+    const placement& p = l.results[r];
+    result_[r].bytes = static_cast<size_t>(lane_bytes(form.results[r], e.type));
+    result_[r].start = p.place == where::xmm       ? frame_.xmm[p.at]
+                       : p.place == where::hidden  ? frame_.hidden + p.at
+                       : p.place == where::pointer ? frame_.pointed_to
+                                                   : reinterpret_cast<unsigned char*>(&frame_.eax);
+    if (p.place == where::pointer) store_address(p.at, frame_.pointed_to);
+  }
+}
+
+void caller::operator()() { enter(&frame_); }
+
+}  // namespace vorx::ulp

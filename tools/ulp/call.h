@@ -1,0 +1,49 @@
+// Calls an entry point often: a frame with the registers and the stack as the convention wants them is prepared once, lanes are
+// written to and read from it in place, and a call costs little more than the entry point. tools/invoke.h is the counterpart that
+// checks what an entry point must leave alone.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+#include "frame/catalogue.h"
+
+namespace vorx::ulp {
+
+// What enter() loads before the call and stores after it.
+struct alignas(16) call_frame {
+  unsigned char xmm[4][16];
+  uint32_t eax, edx;
+  const void* entry;
+  uint32_t stack_bytes;                       // of `stack` that are copied: a multiple of 16
+  alignas(16) unsigned char stack[416];       // from 4(%esp) at the entry on, aligned as it will be
+  alignas(16) unsigned char hidden[256];      // the hidden result area
+  alignas(16) unsigned char pointed_to[128];  // the vector behind the trailing pointer
+};
+
+class caller {
+ public:
+  explicit caller(const entry_point& e);
+  caller(const caller&) = delete;
+  caller& operator=(const caller&) = delete;
+
+  void set(int argument, int lane, uint64_t bits) {
+    std::memcpy(argument_[argument].start + lane * argument_[argument].bytes, &bits, argument_[argument].bytes);
+  }
+  uint64_t get(int result, int lane) const {
+    uint64_t bits = 0;
+    std::memcpy(&bits, result_[result].start + lane * result_[result].bytes, result_[result].bytes);
+    return bits;
+  }
+  void operator()();
+
+ private:
+  struct lanes {
+    unsigned char* start = nullptr;
+    size_t bytes = 0;  // of one lane
+  };
+  call_frame frame_;
+  lanes argument_[3], result_[2];
+};
+
+}  // namespace vorx::ulp

@@ -1,0 +1,79 @@
+// The error of one real-valued result by an estimate in double or long double precision, where that settles it.
+#include "tools/ulp/judge.h"
+
+namespace vorx::ulp {
+namespace {
+
+int exponent_of(double x) { return static_cast<int>(std::bit_cast<uint64_t>(x) >> 52 & 0x7ff) - 1023; }
+int exponent_of(long double x) {
+  uint16_t field;
+  std::memcpy(&field, reinterpret_cast<const char*>(&x) + 8, 2);
+  return (field & 0x7fff) - 16383;
+}
+double power_of_two(int n, double) { return std::bit_cast<double>(static_cast<uint64_t>(n + 1023) << 52); }
+long double power_of_two(int n, long double) { return two_to(n); }
+
+}  // namespace
+
+double judge::number(const arguments& in, int a) const {
+  kind k = entry_.of->form.arguments[a];
+  return k == kind::real ? as_double(entry_.type, in[a]) : k == kind::i32 ? static_cast<int32_t>(in[a]) : 0;
+}
+
+// The C library is trusted with special arguments where there is one argument only.
+bool judge::can_estimate(const arguments& in, int r) const {
+  if (!references_[r].real->quick) return false;
+  if (unary_) return true;
+  const shape& form = entry_.of->form;
+  for (int a = 0; a < form.argument_count(); a++)
+    if (form.arguments[a] == kind::real && !format_.is_normal(in[a])) return false;
+  return true;
+}
+
+// Settles what the estimate can settle beyond doubt: everything but the neighbourhood of rounding boundaries, the largest error
+// so far, and special results of more than one argument. Returns whether it did.
+bool judge::estimate(const arguments& in, const results& out, int r, double& error) {
+  const real_reference& reference = *references_[r].real;
+  if (!can_estimate(in, r)) return false;
+  double x = number(in, 0), y = number(in, 1);
+  if (entry_.type == element::f32)
+    return settle<float>(reference.quick(x, y), power_of_two(-reference.quick_bits, 0.0), in, out, r, error);
+  return settle<double>(reference.fine(x, y), power_of_two(-reference.fine_bits, 0.0), in, out, r, error);
+}
+
+template <class T, class Wide>
+bool judge::settle(Wide e, double doubt, const arguments& in, const results& out, int r, double& error) {
+  const uint64_t got = out[r];
+  auto right = [&] {
+    count(0, 0, true, in, out, r);
+    error = 0;
+    return true;
+  };
+  if (e != e) return format_.is_nan(got) && !format_.is_signalling(got) && right();
+  int exponent = exponent_of(e);
+  bool negative = std::signbit(e), beyond = exponent > format_.highest_exponent, subnormal = exponent < format_.lowest_exponent;
+  if (entry_.native && (beyond || subnormal)) {
+    in_claim_ = false;
+    error = 0;
+    return true;
+  }
+  if (beyond) return format_.is_infinite(got) && format_.is_negative(got) == negative && right();
+  if (!format_.is_finite(got)) return false;
+  if (format_.is_zero(got) && format_.is_negative(got) != negative) return false;
+  if (e == 0) return format_.is_zero(got) && right();
+
+  Wide per_unit = power_of_two(format_.fraction_bits() - (subnormal ? format_.lowest_exponent : exponent), Wide());
+  double signed_error = static_cast<double>((static_cast<Wide>(value_of<T>(got)) - e) * per_unit);
+  double magnitude = static_cast<double>(std::fabs(e) * per_unit);  // in units: from 2^23 to 2^24, or 2^52 to 2^53
+  error = std::fabs(signed_error);
+  doubt *= magnitude;
+  double most = error + doubt, least = error - doubt;
+  const double lowest = power_of_two(format_.fraction_bits(), 0.0);
+  if (!subnormal && (magnitude < lowest + doubt || magnitude > 2 * lowest - doubt)) most *= 2, least /= 2;  // which unit?
+  if (exponent == format_.highest_exponent && magnitude > 2 * lowest - 1) return false;  // rounds to infinity, or nearly
+  if (most > found.largest || (least <= 0.5 && most >= 0.5)) return false;
+  count(error, signed_error, error < 0.5, in, out, r);
+  return true;
+}
+
+}  // namespace vorx::ulp

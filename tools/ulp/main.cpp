@@ -1,0 +1,159 @@
+// ulp: the accuracy of kernels. See usage() and HACKING.md.
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <thread>
+
+#include <unistd.h>
+
+#include "tools/ulp/report.h"
+
+using namespace vorx;
+using namespace vorx::ulp;
+
+namespace {
+
+[[noreturn]] void usage(const char* complaint) {
+  if (complaint) std::fprintf(stderr, "ulp: %s\n", complaint);
+  std::fputs(R"(usage: ulp [options] function... | --all | --family NAME
+Largest error of a function in ULP against MPFR, and where; share of correctly rounded results; faults.
+  --type f32|f64           one element type (default: both)
+  --variant accurate|native one variant (default: both)
+  --exhaustive             all 2^32 inputs, where there are so many; others are sampled
+  --stride N               with --exhaustive: every N-th input only
+  --count N                number of sampled inputs (default 1000000)
+  --seed N                 of the sample (default 1): the same seed and count give the same inputs
+  --width N                lanes of the entry point under test (default 16)
+  --file NAME              further inputs: on each line the arguments as bits (0x...) or numbers (hexadecimal or decimal)
+  --threads N              (default: all processors)
+  --csv NAME               writes a row for each kernel
+  --witnesses NAME         writes the worst input of each kernel
+  --profile DIRECTORY      writes the error over the argument, for plots
+  --brief                  one line for each kernel
+The library is the built one, or that in the environment variable VORX_LIBRARY. The exit status is 1 if a limit of the standard, a
+claim of a kernel or the kind of a result (NaN, infinity, sign of zero) is violated, and on an exhaustive run also if a claim is
+padded, that is if the largest error is below 80% of it.
+)",
+             stderr);
+  std::exit(2);
+}
+
+uint64_t lane_of(const std::string& text, kind k, element e) {
+  bool is_bits = text.compare(0, 2, "0x") == 0 && text.find('p') == std::string::npos && text.find('.') == std::string::npos;
+  if (k != kind::real || is_bits) return std::strtoull(text.c_str(), nullptr, 0);
+  return e == element::f32 ? bits_of_value(std::strtof(text.c_str(), nullptr))
+                           : bits_of_value(std::strtod(text.c_str(), nullptr));
+}
+
+std::vector<arguments> read_inputs(const std::string& name, const entry_point& e) {
+  std::ifstream file(name);
+  if (!file) usage(("cannot read " + name).c_str());
+  std::vector<arguments> inputs;
+  for (std::string line; std::getline(file, line);) {
+    std::istringstream words(line);
+    arguments in{};
+    int a = 0;
+    for (std::string word; a < e.of->form.argument_count() && words >> word && word[0] != '#'; a++)
+      in[a] = lane_of(word, e.of->form.arguments[a], e.type);
+    if (a == e.of->form.argument_count()) inputs.push_back(in);
+  }
+  return inputs;
+}
+
+std::FILE* open_for_writing(const std::string& name) {
+  if (name.empty()) return nullptr;
+  std::FILE* f = std::fopen(name.c_str(), "w");
+  if (!f) usage(("cannot write " + name).c_str());
+  return f;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  options o;
+  o.threads = static_cast<int>(std::thread::hardware_concurrency());
+  o.progress = isatty(2);
+  std::string type, variant, family, file, csv_name, witness_name, profile;
+  std::vector<std::string> names;
+  bool all = false, brief = false;
+  for (int i = 1; i < argc; i++) {
+    const std::string a = argv[i];
+    auto value = [&] { return i + 1 < argc ? std::string(argv[++i]) : (usage((a + " needs a value").c_str()), std::string()); };
+    auto integer = [&] { return std::strtoull(value().c_str(), nullptr, 0); };
+    if (a == "--all")
+      all = true;
+    else if (a == "--brief")
+      brief = true;
+    else if (a == "--exhaustive")
+      o.exhaustive = true;
+    else if (a == "--type")
+      type = value();
+    else if (a == "--variant")
+      variant = value();
+    else if (a == "--family")
+      family = value();
+    else if (a == "--stride")
+      o.stride = integer();
+    else if (a == "--count")
+      o.count = integer();
+    else if (a == "--seed")
+      o.seed = integer();
+    else if (a == "--width")
+      o.width = static_cast<int>(integer());
+    else if (a == "--threads")
+      o.threads = static_cast<int>(integer());
+    else if (a == "--file")
+      file = value();
+    else if (a == "--csv")
+      csv_name = value();
+    else if (a == "--witnesses")
+      witness_name = value();
+    else if (a == "--profile")
+      profile = value();
+    else if (a[0] == '-')
+      usage(a == "--help" ? nullptr : ("unknown option " + a).c_str());
+    else
+      names.push_back(a);
+  }
+  if (names.empty() && !all && family.empty()) usage("no function");
+  if (o.stride == 0) usage("the stride must be positive");
+  if (std::find(std::begin(widths), std::end(widths), o.width) == std::end(widths)) usage("no such width");
+  std::vector<entry_point> kernels;
+  for (const std::string& name : names) {
+    size_t before = kernels.size();
+    for (const entry_point& e : entry_points())
+      if (e.width == o.width && name == e.of->name) kernels.push_back(e);
+    if (kernels.size() == before) usage(("no function " + name + ", or it is not there yet").c_str());
+  }
+  for (const entry_point& e : entry_points())
+    if (e.width == o.width && (all || family == e.of->family)) kernels.push_back(e);
+
+  std::signal(SIGINT, [](int) { interrupted = true; });
+  std::FILE *csv = open_for_writing(csv_name), *witnesses = open_for_writing(witness_name);
+  if (csv) write_csv_head(csv);
+  if (witnesses) write_witness_head(witnesses);
+  int failed = 0, done = 0;
+  for (const entry_point& e : kernels) {
+    if ((type == "f32" && e.type != element::f32) || (type == "f64" && e.type != element::f64)) continue;
+    if ((variant == "accurate" && e.native) || (variant == "native" && !e.native)) continue;
+    if (interrupted) break;
+    if (!file.empty()) o.extra = read_inputs(file, e);
+    outcome result = run(e, o);
+    print_summary(e, result);
+    if (!brief) print_details(e, result);
+    std::fflush(stdout);
+    if (csv) write_csv_row(csv, e, result, o);
+    if (witnesses) write_witness(witnesses, e, result);
+    if (!profile.empty() && !write_profile(profile, e, result)) usage(("cannot write to " + profile).c_str());
+    failed += verdict(e, result).compare(0, 4, "pass") != 0;
+    done++;
+  }
+  if (csv) std::fclose(csv);
+  if (witnesses) std::fclose(witnesses);
+  if (done == 0) usage("no kernel of that type and variant");
+  if (done > 1) std::printf("%d of %d kernels pass\n", done - failed, done);
+  return interrupted ? 130 : failed != 0;
+}

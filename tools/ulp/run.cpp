@@ -1,0 +1,122 @@
+#include "tools/ulp/run.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <mutex>
+#include <thread>
+
+#include "tools/ulp/sample.h"
+
+namespace vorx::ulp {
+namespace {
+
+constexpr uint64_t batch = 1 << 14;  // inputs between two looks at the clock and at `interrupted`
+constexpr uint64_t shards = 8;       // of a sample, each with a generator of its own: the same inputs however many threads
+
+using clock = std::chrono::steady_clock;
+double seconds_since(clock::time_point t) { return std::chrono::duration<double>(clock::now() - t).count(); }
+
+// Prints how far a run is, a few times a second, on one line.
+class progress {
+ public:
+  progress(const entry_point& e, uint64_t total, bool wanted) : symbol_(e.symbol()), total_(total), wanted_(wanted) {}
+  void add(uint64_t n) {
+    std::lock_guard lock(mutex_);
+    done_ += n;
+    double now = seconds_since(start_);
+    if (!wanted_ || now < last_ + 0.25) return;
+    last_ = now;
+    double left = now * static_cast<double>(total_ - std::min(done_, total_)) / static_cast<double>(done_);
+    std::fprintf(stderr, "\r%-32s %5.1f%%  %4.0f s left ", symbol_.c_str(),
+                 100 * static_cast<double>(done_) / static_cast<double>(total_), left);
+  }
+  ~progress() {
+    if (last_ > 0) std::fprintf(stderr, "\r%60s\r", "");
+  }
+
+ private:
+  std::string symbol_;
+  uint64_t total_, done_ = 0;
+  bool wanted_;
+  double last_ = 0;
+  clock::time_point start_ = clock::now();
+  std::mutex mutex_;
+};
+
+// Work items 0, 1, ... on all threads, each with a runner of its own; their statistics together.
+template <class Work>
+statistics in_parallel(const entry_point& kernel, const options& o, uint64_t items, Work work) {
+  statistics all;
+  std::mutex mutex;
+  std::atomic<uint64_t> next{0};
+  auto worker = [&] {
+    runner r(kernel, o.width);
+    for (uint64_t item; !interrupted && (item = next++) < items;) work(r, item);
+    std::lock_guard lock(mutex);
+    all.merge(r.found());
+    mpfr_free_cache();
+  };
+  std::vector<std::thread> threads;
+  for (int t = 1; t < o.threads; t++) threads.emplace_back(worker);
+  worker();
+  for (std::thread& t : threads) t.join();
+  return all;
+}
+
+statistics all_inputs(const entry_point& kernel, const options& o) {
+  const uint64_t inputs = ((1ull << 32) + o.stride - 1) / o.stride;
+  progress bar(kernel, inputs, o.progress);
+  return in_parallel(kernel, o, (inputs + batch - 1) / batch, [&](runner& r, uint64_t item) {
+    const uint64_t first = item * batch, count = std::min(batch, inputs - first);
+    static thread_local std::vector<arguments> in;
+    in.resize(count);
+    for (uint64_t i = 0; i < count; i++) in[i] = {(first + i) * o.stride, 0, 0};
+    r(in);
+    bar.add(count);
+  });
+}
+
+statistics sampled_inputs(const entry_point& kernel, const options& o) {
+  progress bar(kernel, o.count, o.progress);
+  return in_parallel(kernel, o, shards, [&](runner& r, uint64_t shard) {
+    sampler s(kernel, o.seed, shard, shards);
+    std::vector<arguments> in;
+    std::vector<double> errors;
+    for (uint64_t done = 0; done < o.count / shards && !interrupted; done += in.size()) {
+      s.next(in, std::min(batch / 4, o.count / shards - done));
+      r(in, &errors);
+      s.learn(in, errors);
+      bar.add(in.size());
+    }
+  });
+}
+
+}  // namespace
+
+std::atomic<bool> interrupted{false};
+
+bool has_32_bits_of_input(const entry_point& e) {
+  const shape& form = e.of->form;
+  return form.argument_count() == 1 && lane_bytes(form.arguments[0], e.type) == 4;
+}
+
+outcome run(const entry_point& kernel, const options& o) {
+  outcome result;
+  const clock::time_point start = clock::now();
+  result.exhaustive = o.exhaustive && has_32_bits_of_input(kernel);
+  if (result.exhaustive)
+    result.found = all_inputs(kernel, o);
+  else if (o.count != 0)
+    result.found = sampled_inputs(kernel, o);
+  if (!o.extra.empty()) {
+    runner r(kernel, o.width);
+    r(o.extra);
+    result.found.merge(r.found());
+  }
+  result.complete = !interrupted;
+  result.seconds = seconds_since(start);
+  return result;
+}
+
+}  // namespace vorx::ulp

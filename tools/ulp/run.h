@@ -1,0 +1,55 @@
+// Runs a kernel over its inputs: all of them, or a sample. Every argument is computed twice, at the width under test among other
+// arguments and at four lanes beside a hostile neighbour; the bits must agree unless the kernel decides for the whole vector.
+#pragma once
+
+#include <atomic>
+#include <functional>
+
+#include "tools/ulp/call.h"
+#include "tools/ulp/judge.h"
+
+namespace vorx::ulp {
+
+struct options {
+  int width = 16;
+  int threads = 2;
+  uint64_t count = 1000000;  // sampled inputs
+  uint64_t seed = 1;
+  uint64_t stride = 1;      // exhaustive: every so many-th input
+  bool exhaustive = false;  // all inputs, where there are 2^32
+  bool progress = false;
+  std::vector<arguments> extra;  // further inputs
+};
+
+extern std::atomic<bool> interrupted;  // set by SIGINT: runs stop at the next batch
+
+struct outcome {
+  statistics found;
+  bool exhaustive = false;  // all 2^32 inputs (or every stride-th) were asked for
+  bool complete = false;    // and not interrupted
+  double seconds = 0;
+};
+
+// Whether all inputs of a kernel can be tried: one argument of 32 bits.
+bool has_32_bits_of_input(const entry_point& e);
+
+outcome run(const entry_point& kernel, const options& o);
+
+// Calls one entry point at two widths and judges what comes back.
+class runner {
+ public:
+  runner(const entry_point& kernel, int width);
+  // errors, if given, receives the largest error of each input.
+  void operator()(const std::vector<arguments>& inputs, std::vector<double>* errors = nullptr);
+  statistics& found() { return judge_.found; }
+
+ private:
+  entry_point at_width_, beside_hostile_;
+  bool whole_vector_;
+  judge judge_;
+  caller wide_, four_;
+  uint64_t turn_ = 0;
+  std::vector<results> among_peers_;
+};
+
+}  // namespace vorx::ulp
