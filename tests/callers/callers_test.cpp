@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "tests/callers/callers.h"
 #include "tools/invoke.h"
@@ -108,5 +109,28 @@ TEST_P(Callers, GiveTheBitsOfTheEntryPoint) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Tables, Callers, testing::ValuesIn(tables), [](const auto& t) { return t.param.name; });
+
+// Kernels of rounding.cl, one for each LLVM: ROUNDING_KERNELS is ROUNDING(name) ROUNDING(name)...
+#define ROUNDING(NAME) extern "C" void NAME(const void*, const void*, void*, void*);
+ROUNDING_KERNELS
+#undef ROUNDING
+
+TEST(Bindings, ConversionsRoundAsTheirNamesSayInOpenCl) {
+  using kernel_type = void (*)(const void*, const void*, void*, void*);
+#define ROUNDING(NAME) NAME,
+  const std::vector<kernel_type> kernels = {ROUNDING_KERNELS};
+#undef ROUNDING
+  alignas(16) const float x[] = {2.5f, -2.5f, 3.7f, -3.7f};
+  const int n = (1 << 24) + 1;
+  const std::vector<int> integers = {2, -2, 3, -3, 2, -2, 4, -4, 2, -2, 3, -3, 3, -2, 4, -3, 2, -3, 3, -4};
+  const std::vector<float> reals = {16777216, 16777216, 16777216, 16777218, -16777218};
+  for (kernel_type kernel : kernels) {
+    alignas(16) int r[20];
+    float s[5];
+    kernel(x, &n, r, s);
+    EXPECT_EQ(std::vector<int>(r, r + 20), integers);
+    EXPECT_EQ(std::vector<float>(s, s + 5), reals);
+  }
+}
 
 }  // namespace
