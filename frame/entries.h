@@ -18,12 +18,12 @@
   [[gnu::used]]              static e::out VORX_CALL body(e::in, e::word) asm("\01" #SYMBOL ".body");                     \
   static e::out VORX_CALL body(e::in r, e::word w) {                                                                       \
     auto k = e::address_of_constants();                                                                                    \
-    if constexpr (::vorx::has_lane_test<KERNEL>)                                                                           \
-      if (e::any_special(r, w, k)) [[unlikely]] [[clang::musttail]] return cold(r, w);                                     \
+    if constexpr (e::has_cold_part)                                                                                        \
+      if (e::leaves_path(r, w, k)) [[unlikely]] [[clang::musttail]] return cold(r, w);                                     \
     return e::compute(r, w, k);                                                                                            \
   }                                                                                                                        \
   inline e::out VORX_CALL cold(e::in r, e::word w) {                                                                       \
-    if constexpr (::vorx::has_lane_test<KERNEL>) return e::recompute(r, w);                                                \
+    if constexpr (e::has_cold_part) return e::recompute(r, w);                                                             \
     __builtin_unreachable();                                                                                               \
   }                                                                                                                        \
   [[gnu::naked, gnu::used]] static void exported() { asm(VORX_EXPORT(#SYMBOL) ::"i"(e::front)); }                          \

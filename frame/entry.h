@@ -1,5 +1,5 @@
 // From a kernel to an entry point: where the arguments of a width are (convention.h), the kernel's path on each register, the
-// lane test, and the cold part that recomputes flagged lanes.
+// lane test, and the cold part that recomputes flagged lanes, or takes all lanes through the large path.
 #pragma once
 
 #include <tuple>
@@ -269,12 +269,19 @@ struct entry {
     return s.o;
   }
 
-  // Whether the lane test flags a lane that exists. The barrier keeps the tests of the registers apart, so that none is spilled;
-  // it leaves its address of the constants in k, so that there is one in a register and not two.
-  VORX_INLINE static bool any_special(const in& r, word w, const constants*& k) {
+  // Whether the cold part must run: a lane that exists is large or, in kernels of one path, special. The barrier keeps the tests
+  // of the registers apart, so that none is spilled; it leaves its address of the constants in k, so that there is one in a
+  // register and not two.
+  static constexpr bool has_cold_part = has_large_path<K> || has_lane_test<K>;
+  VORX_INLINE static bool leaves_path(const in& r, word w, const constants*& k) {
     i32x4 flags = {_mm_setzero_si128()};
     each_step([&](auto i) __attribute__((always_inline)) {
-      flags = flags | with_arguments(r, w, i, [&k](auto... x) { return K::special(x..., *k); });
+      flags = flags | with_arguments(r, w, i, [&k](auto... x) {
+                if constexpr (has_large_path<K>)
+                  return K::large(x..., *k);
+                else
+                  return K::special(x..., *k);
+              });
       if constexpr (!std::is_empty_v<constants> && steps > 1) asm volatile("" : "+r"(k), "+x"(flags.v));
     });
     return (mask_of(flags) & ((1 << (W < E::lanes ? W : E::lanes)) - 1)) != 0;
@@ -313,7 +320,14 @@ struct entry {
   using argument_arrays = decltype(lane_arrays<argument>(std::make_integer_sequence<int, S.argument_count()>{}));
   using result_arrays = decltype(lane_arrays<result>(std::make_integer_sequence<int, S.result_count()>{}));
 
-  // The path on every lane, then the rare-case routine on each flagged lane that exists.
+  VORX_INLINE static auto path_when_cold(const constants& k, auto... x) {
+    if constexpr (has_large_path<K>)
+      return K::large_path(x...);
+    else
+      return K::path(x..., k);
+  }
+
+  // The path, or the large path where there is one, on every lane; then the rare-case routine on each special lane that exists.
   VORX_INLINE static out recompute(const in& r, word w) {
     argument_arrays arguments;
     result_arrays results;
@@ -326,8 +340,8 @@ struct entry {
     for (int i = 0; i < steps; i++) {
       std::apply(
           [&](const auto&... x) {
-            mask |= mask_of(K::special(x.get(i)..., k)) << E::lanes * i;
-            auto value = K::path(x.get(i)..., k);
+            if constexpr (has_lane_test<K>) mask |= mask_of(K::special(x.get(i)..., k)) << E::lanes * i;
+            auto value = path_when_cold(k, x.get(i)...);
             if constexpr (S.result_count() == 1) {
               std::get<0>(results).put(i, value);
             } else {
@@ -356,7 +370,7 @@ struct entry {
   // One copy of the rare-case routine for all widths.
   template <class... Pointers>
   [[gnu::noinline]] static void rare_case(Pointers... lane) {
-    K::rare(lane...);
+    if constexpr (has_lane_test<K>) K::rare(lane...);
   }
 };
 

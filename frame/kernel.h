@@ -7,7 +7,15 @@
 //   };
 //
 // A kernel knows neither widths nor registers nor symbols: entry.h maps it over them. What a lane's result is depends on nothing
-// but that lane's arguments.
+// but that lane's arguments, with one exception. The choice between two paths, both good for any ordinary lane, may be made for
+// the whole vector: with
+//
+//     static constexpr bool whole_vector = true;                  said for the tools, which compare lanes with neighbours
+//     static i32x4 large(f32x4 x, const constants& k);            in the sign bit of the lane
+//     static f32x4 large_path(f32x4 x);                           out of line, one copy for all widths
+//
+// one lane that is large sends all lanes through the large path. `special` is then asked there only, so the path must by itself
+// be right for every lane that is not large.
 #pragma once
 
 #include <type_traits>
@@ -75,6 +83,10 @@ template <class K>
 concept has_lane_test = requires {
   &K::special;
 };
+template <class K>
+concept has_large_path = requires {
+  &K::large_path;
+};
 
 // One read-only copy of each constants struct, for all widths.
 template <class C>
@@ -86,6 +98,15 @@ template <class C>
 VORX_INLINE const C* hide(const C* k) {
   asm volatile("" : "+r"(k));
   return k;
+}
+
+// The constants once more, for what shall come after a value is ready: the compiler neither mingles the two parts nor keeps
+// constants of the first in registers.
+template <class V, class C>
+VORX_INLINE const C& behind(V& value, const C& constants) {
+  const C* k = &constants;
+  asm volatile("" : "+r"(k), "+x"(value.v));
+  return *k;
 }
 
 // One register step of an argument or result, by kind; and the type of one of its lanes.

@@ -187,6 +187,25 @@ VORX_INLINE i64x2 shift_left_each(i64x2 a, i64x2 n) {
 VORX_INLINE int sign_mask(f32x4 a) { return _mm_movemask_ps(a.v); }
 VORX_INLINE int sign_mask(f64x2 a) { return _mm_movemask_pd(a.v); }
 
+// Long multiplication: the 64-bit products of the even 32-bit lanes.
+VORX_INLINE i64x2 multiply_even(i64x2 a, i64x2 b) { return {_mm_mul_epu32(a.v, b.v)}; }
+VORX_INLINE i32x4 even_odd(i32x4 a, i32x4 b) { return {_mm_blend_epi16(a.v, b.v, 0xcc)}; }  // lanes 0 2 of a, 1 3 of b
+
+// Rows of tables: 16 bytes at any address or at an aligned one, twice 8 bytes; 64-bit lanes of two rows; four rows to four
+// columns.
+VORX_INLINE i32x4 load_row(const void* p) { return {_mm_loadu_si128(static_cast<const __m128i_u*>(p))}; }
+VORX_INLINE f32x4 load_floats(const void* p) { return {_mm_loadu_ps(static_cast<const float*>(p))}; }
+VORX_INLINE f32x4 load_aligned(const float* p) { return {_mm_load_ps(p)}; }
+VORX_INLINE f64x2 load_aligned(const double* p) { return {_mm_load_pd(p)}; }
+VORX_INLINE f64x2 load_halves(const void* low, const void* high) {
+  return {_mm_loadh_pd(_mm_load_sd(static_cast<const double*>(low)), static_cast<const double*>(high))};
+}
+VORX_INLINE i64x2 lower_lanes(i64x2 a, i64x2 b) { return {_mm_unpacklo_epi64(a.v, b.v)}; }
+VORX_INLINE i64x2 upper_lanes(i64x2 a, i64x2 b) { return {_mm_unpackhi_epi64(a.v, b.v)}; }
+VORX_INLINE f64x2 lower_lanes(f64x2 a, f64x2 b) { return {_mm_unpacklo_pd(a.v, b.v)}; }
+VORX_INLINE f64x2 upper_lanes(f64x2 a, f64x2 b) { return {_mm_unpackhi_pd(a.v, b.v)}; }
+VORX_INLINE void transpose(f32x4& a, f32x4& b, f32x4& c, f32x4& d) { _MM_TRANSPOSE4_PS(a.v, b.v, c.v, d.v); }
+
 // One lane as a scalar index. Lane numbers are compile-time constants.
 template <int lane>
 VORX_INLINE uint32_t extract(i32x4 a) {

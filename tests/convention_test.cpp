@@ -1,4 +1,5 @@
 // The calling convention, for every entry point: nothing but the results changes, nothing but the arguments matters.
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -71,7 +72,7 @@ TEST_P(Convention, HoldsWhateverIsInTheRestOfTheMachine) {
 }
 
 // A lane goes to the rare-case routine when the lane test flags it, and only then: not lanes beyond the width, not the fourth
-// lane of three, whatever they hold.
+// lane of three, whatever they hold. Kernels with a large path have their cold part and flag lanes only beside a large lane.
 TEST_P(Convention, SendsFlaggedLanesAndNoOthersToTheRareCase) {
   auto count_calls = [](const char* what, bool once_per_vector) {
     const call_counter counter([&](std::string_view name) { return name.find(what) != name.npos; });
@@ -82,7 +83,12 @@ TEST_P(Convention, SendsFlaggedLanesAndNoOthersToTheRareCase) {
       for (const auto& set : lane_sets(e).sets) {
         size_t flagged = 0;
         for (int i = 0; i < e.width; i++) flagged += claim.has_lane_test && claim.flags(set[i].data());
-        if (once_per_vector) flagged = flagged != 0;
+        if (claim.large) {
+          const bool large = std::any_of(set.begin(), set.begin() + e.width, [&](auto& a) { return claim.large(a.data()); });
+          flagged = once_per_vector ? large : large ? flagged : 0;
+        } else if (once_per_vector) {
+          flagged = flagged != 0;
+        }
         for (uint64_t garbage : garbage_patterns) {
           result_lane out[16];
           call(set.data(), out, {.garbage = garbage});

@@ -19,11 +19,12 @@ typename Step::type replicate(uint64_t bits) {
   return x;
 }
 
-template <class K, shape S>
+// A lane test of the kernel, K::special or K::large, on one lane.
+template <class K, shape S, auto Test>
 bool flags(const uint64_t* bits) {
   using E = typename K::type;
   return [bits]<int... a>(std::integer_sequence<int, a...>) {
-    i32x4 lanes = K::special(replicate<step<S.arguments[a], E>>(bits[a])..., constant_pool<typename K::constants>);
+    i32x4 lanes = Test(replicate<step<S.arguments[a], E>>(bits[a])..., constant_pool<typename K::constants>);
     return (sign_mask(as_float(lanes)) & 8) != 0;  // the highest lane of either type
   }
   (std::make_integer_sequence<int, S.argument_count()>{});
@@ -40,8 +41,9 @@ claims read() {
   if constexpr (requires { K::whole_vector; }) c.whole_vector = K::whole_vector;
   if constexpr (has_lane_test<K>) {
     c.has_lane_test = true;
-    c.flags = flags<K, S>;
+    c.flags = flags<K, S, &K::special>;
   }
+  if constexpr (has_large_path<K>) c.large = flags<K, S, &K::large>;
   return c;
 }
 

@@ -16,6 +16,8 @@ struct claims {
   bool has_lane_test = false;  // some lanes go to a rare-case routine
   // The kernel's own lane test on the bits of one lane of each argument; null without a lane test.
   bool (*flags)(const uint64_t* argument_bits) = nullptr;
+  // Whether such a lane sends the whole vector through the large path; null without a large path. Only there are lanes flagged.
+  bool (*large)(const uint64_t* argument_bits) = nullptr;
 };
 
 // The claims of the kernel behind an entry point that exists; the same for all widths.
