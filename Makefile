@@ -32,8 +32,9 @@ docs/speed.md:
 	$(MAKE) bench ARGS=--csv=docs/data/speed.csv
 	python3 tools/bench/speed_page.py docs/data/speed.csv docs
 
+# Into /usr/local, or PREFIX=/opt/vorx; DESTDIR is honoured.
 install: lib
-	cmake --install $(BUILD)
+	cmake --install $(BUILD) $(if $(PREFIX),--prefix $(PREFIX))
 
 .PHONY: packages
 packages:

@@ -55,9 +55,9 @@ VORX_VECTORS_OF_8_BYTES(ulong, uint64_t)
 /* Functions of these headers are always inlined: so their vectors stay in registers on the way to an entry point, and no object
  * file depends on how another compiler passes a vector by value. */
 #ifdef __cplusplus
-#define VORX_INLINE inline __attribute__((always_inline))
+#define VORX_FUNCTION inline __attribute__((always_inline))
 #else
-#define VORX_INLINE static inline __attribute__((always_inline, unused))
+#define VORX_FUNCTION static inline __attribute__((always_inline, unused))
 #endif
 
 #endif

@@ -66,19 +66,19 @@ inline constexpr int lanes_of = detail::traits<Vector>::lanes;
 
 // Lanes from memory of any alignment, and back; three lanes are three in memory.
 template <class Vector>
-VORX_INLINE Vector load(const lane_of<Vector>* from) {
+VORX_FUNCTION Vector load(const lane_of<Vector>* from) {
   Vector x{};
   std::memcpy(&x, from, sizeof(lane_of<Vector>) * lanes_of<Vector>);
   return x;
 }
 template <class Vector>
-VORX_INLINE void store(lane_of<Vector>* to, const Vector& x) {
+VORX_FUNCTION void store(lane_of<Vector>* to, const Vector& x) {
   std::memcpy(to, &x, sizeof(lane_of<Vector>) * lanes_of<Vector>);
 }
 
 // One value in every lane.
 template <class Vector>
-VORX_INLINE Vector splat(lane_of<Vector> value) {
+VORX_FUNCTION Vector splat(lane_of<Vector> value) {
   if constexpr (lanes_of<Vector> == 1) {
     return value;
   } else {

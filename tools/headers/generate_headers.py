@@ -11,104 +11,7 @@ import re
 import sys
 import textwrap
 
-from asm_callers import Pattern
-
-LANE = {"f32": "float", "f64": "double", "i32": "int32_t", "u32": "uint32_t", "i64": "int64_t", "u64": "uint64_t"}
-VECTOR = {"f32": "float", "f64": "double", "i32": "int", "u32": "uint", "i64": "long", "u64": "ulong"}
-NAMES = "xyz"
-
-
-def is_integer(kind):
-    return kind[0] != "f"
-
-
-class Shape:
-    """Entry points of one shape, element type and number of lanes: the same types in C, and the same caller."""
-
-    def __init__(self, entry):
-        self.entry, self.lanes = entry, entry["lanes"]
-        unsigned = re.match(r"cvt(fpto)?u", entry["function"]) is not None
-
-        def kind(v):
-            return v["kind"].replace("i", "u") if unsigned else v["kind"]
-        self.arguments = [kind(a) for a in entry["arguments"]]
-        self.results = [kind(r) for r in entry["results"]]
-        shape = re.sub(r"i(32|64)$", r"u\1", entry["shape"]) if unsigned else entry["shape"]
-        self.name = f"vorx_{shape}_{entry['type']}x{self.lanes}"
-        self.pattern = Pattern.of(entry)
-        self.has_pointer = self.pattern.pointer
-        self.is_pair = len(self.results) == 2 and not self.has_pointer
-
-    def type(self, kind):
-        return LANE[kind] if self.lanes == 1 else f"vorx_{VECTOR[kind]}{self.lanes}"
-
-    def result_type(self):
-        lanes = "" if self.lanes == 1 else self.lanes
-        return f"vorx_sincos_{VECTOR[self.results[0]]}{lanes}" if self.is_pair else self.type(self.results[0])
-
-    def parameters(self, names=NAMES, second="second"):
-        p = [f"{self.type(k)} {n}" for k, n in zip(self.arguments, names)]
-        return p + ([f"{self.type(self.results[1])}* {second}"] if self.has_pointer else [])
-
-    def registers_of(self, argument):
-        """Expressions of the registers of an argument."""
-        name, kind = NAMES[argument], self.arguments[argument]
-        count = self.entry["arguments"][argument]["registers"]
-        if self.lanes == 1:
-            return [f"vorx_from_{LANE[kind]}({name})"]
-        return [f"{name}.xmm[{i}]" for i in range(count)]
-
-    def text(self):
-        p = self.pattern
-        lines = [f"VORX_INLINE {self.result_type()} {self.name}({', '.join(['vorx_entry entry'] + self.parameters())}) {{"]
-        in_registers, on_stack, operands = [], [], ["entry"]
-        for i, a in enumerate(self.entry["arguments"]):
-            if a["registers"] == 0:
-                operands.append(f"({'uint32_t' if p.in_eax or p.words == 1 else 'uint64_t'}){NAMES[i]}")
-            else:
-                (in_registers if a["place"] == "xmm" else on_stack).extend(self.registers_of(i))
-        scalar_real = self.lanes == 1 and not is_integer(self.results[0])
-        if not p.results and not p.hidden:
-            lines.append(f"  {'uint32_t' if p.result == 'eax' else 'uint64_t'} out;")
-            out = "&out"
-        elif self.is_pair or scalar_real:
-            registers = sum(r["registers"] for r in self.entry["results"] if r["place"] != "pointer")
-            lines.append(f"  __m128 out[{registers}];")
-            out = "out"
-        else:
-            lines.append(f"  {self.result_type()} r;")
-            out = "r.xmm"
-        if p.hidden:
-            on_stack.insert(0, f"vorx_slot({out})")
-        if p.pointer and p.in_array:
-            on_stack.append("vorx_slot(second)")
-        if in_registers:
-            lines.append(f"  __m128 in[{len(in_registers)}] = {{{', '.join(in_registers)}}};")
-            operands.insert(1, "in")
-        if on_stack:
-            lines.append(f"  __m128 stack[{len(on_stack)}] = {{{', '.join(on_stack)}}};")
-            operands.append("stack")
-        if p.pointer and not p.in_array:
-            operands.append("second")
-        if not p.hidden:
-            operands.append(out)
-        lines.append(f"  {p.name}({', '.join(operands)});")
-        if self.is_pair:
-            lines.append(f"  {self.result_type()} r;")
-            half = self.entry["results"][0]["registers"]
-            if self.lanes == 1:
-                lines += [f"  r.sine = vorx_to_{LANE[self.results[0]]}(out[0]);",
-                          f"  r.cosine = vorx_to_{LANE[self.results[0]]}(out[1]);"]
-            else:
-                lines += [f"  r.{name}.xmm[{i}] = out[{first + i}];"
-                          for name, first in (("sine", 0), ("cosine", half)) for i in range(half)]
-            lines.append("  return r;")
-        elif out == "&out":
-            lines.append(f"  return ({self.result_type()})out;")
-        else:
-            lines.append(f"  return vorx_to_{LANE[self.results[0]]}(out[0]);" if scalar_real else "  return r;")
-        return "\n".join(lines + ["}"])
-
+from typed_callers import LANE, NAMES, TypedCaller, is_integer
 
 CALLERS_HEAD = '''\
 /* How C and C++ reach the entry points: one caller in inline assembly for each pattern of registers and stack, and on top of them
@@ -124,13 +27,13 @@ typedef void (*vorx_entry)(void);
 /* An entry point finds the x87 stack empty, as every function does. */
 #define VORX_X87 "st", "st(1)", "st(2)", "st(3)", "st(4)", "st(5)", "st(6)", "st(7)"
 
-VORX_INLINE __m128 vorx_from_float(float x) { return _mm_set_ss(x); }
-VORX_INLINE __m128 vorx_from_double(double x) { return _mm_castpd_ps(_mm_set_sd(x)); }
-VORX_INLINE float vorx_to_float(__m128 x) { return _mm_cvtss_f32(x); }
-VORX_INLINE double vorx_to_double(__m128 x) { return _mm_cvtsd_f64(_mm_castps_pd(x)); }
+VORX_FUNCTION __m128 vorx_from_float(float x) { return _mm_set_ss(x); }
+VORX_FUNCTION __m128 vorx_from_double(double x) { return _mm_castpd_ps(_mm_set_sd(x)); }
+VORX_FUNCTION float vorx_to_float(__m128 x) { return _mm_cvtss_f32(x); }
+VORX_FUNCTION double vorx_to_double(__m128 x) { return _mm_cvtsd_f64(_mm_castps_pd(x)); }
 
 /* A stack slot that holds an address. */
-VORX_INLINE __m128 vorx_slot(void* address) { return _mm_castsi128_ps(_mm_cvtsi32_si128((int)(intptr_t)address)); }
+VORX_FUNCTION __m128 vorx_slot(void* address) { return _mm_castsi128_ps(_mm_cvtsi32_si128((int)(intptr_t)address)); }
 
 '''
 
@@ -188,13 +91,13 @@ class Function:
     def c_declarations(self):
         lines = [self.comment(with_registers=True)]
         for e in self.entries:
-            shape = Shape(e)
+            caller = TypedCaller(e)
             name = e["name"].replace("__ocl_vorx_p8_", "vorx_")
             second = self.results[-1]
-            names = list(self.arguments) + ([second] if shape.has_pointer else [])
+            names = list(self.arguments) + ([second] if caller.has_pointer else [])
             lines.append(f"void {e['name']}(void);")
-            lines.append(f"VORX_INLINE {shape.result_type()} {name}({', '.join(shape.parameters(self.arguments, second))}) "
-                         f"{{ return {shape.name}({', '.join([e['name'], *names])}); }}")
+            lines.append(f"VORX_FUNCTION {caller.result_type()} {name}({', '.join(caller.parameters(self.arguments, second))}) "
+                         f"{{ return {caller.name}({', '.join([e['name'], *names])}); }}")
         return "\n".join(lines) + "\n"
 
     def cpp_declarations(self, variant):
@@ -202,7 +105,7 @@ class Function:
         if not entries:
             return ""
         lines = [self.comment(with_registers=False)]
-        first = Shape(entries[0])
+        first = TypedCaller(entries[0])
         if first.has_pointer and variant == "accurate":
             a, b = self.results
             lines += ["template <class First, class Second>", f"struct {self.name}_result {{", f"  First {a};", f"  Second {b};",
@@ -210,15 +113,15 @@ class Function:
         if all(is_integer(k) for k in first.arguments) and entries[0]["shape"] != "from_bits":
             return "\n".join(lines + self.by_result_type(entries)) + "\n"
         for e in entries:
-            shape = Shape(e)
-            parameters = ", ".join(f"{shape.type(k)} {n}" for k, n in zip(shape.arguments, self.arguments))
+            caller = TypedCaller(e)
+            parameters = ", ".join(f"{caller.type(k)} {n}" for k, n in zip(caller.arguments, self.arguments))
             call = f"::{e['name'].replace('__ocl_vorx_p8_', 'vorx_')}({', '.join(self.arguments)}"
-            if not shape.has_pointer:
-                lines.append(f"VORX_INLINE {shape.result_type()} {self.name}({parameters}) {{ return {call}); }}")
+            if not caller.has_pointer:
+                lines.append(f"VORX_FUNCTION {caller.result_type()} {self.name}({parameters}) {{ return {call}); }}")
                 continue
-            result = f"{self.name}_result<{shape.type(shape.results[0])}, {shape.type(shape.results[1])}>"
+            result = f"{self.name}_result<{caller.type(caller.results[0])}, {caller.type(caller.results[1])}>"
             a, b = self.results
-            lines.append(f"VORX_INLINE {result} {self.name}({parameters}) {{ {result} r; r.{a} = {call}, &r.{b}); return r; }}")
+            lines.append(f"VORX_FUNCTION {result} {self.name}({parameters}) {{ {result} r; r.{a} = {call}, &r.{b}); return r; }}")
         return "\n".join(lines) + "\n"
 
     def by_result_type(self, entries):
@@ -229,7 +132,7 @@ class Function:
             x = self.arguments[0]
             calls = {t: e["name"].replace("__ocl_vorx_p8_", "::vorx_") for t, e in to.items()}
             lines += ["template <class Real>",
-                      f"VORX_INLINE vec<Real, {lanes}> {self.name}({Shape(to['f32']).type(Shape(to['f32']).arguments[0])} {x}) {{",
+                      f"VORX_FUNCTION vec<Real, {lanes}> {self.name}({TypedCaller(to['f32']).type(TypedCaller(to['f32']).arguments[0])} {x}) {{",
                       f"  if constexpr (std::is_same_v<Real, float>) return {calls['f32']}({x});",
                       f"  else return {calls['f64']}({x});", "}"]
         return lines
@@ -294,12 +197,13 @@ def main():
         by_function.setdefault(e["function"], []).append(e)
     functions = [Function(name, entries, text_of(name, texts)) for name, entries in by_function.items()]
 
-    shapes = {Shape(e).name: Shape(e) for e in catalogue}
-    patterns = sorted({s.pattern for s in shapes.values()})
-    pairs = {s.result_type(): s for s in shapes.values() if s.is_pair}
+    callers_by_name = {TypedCaller(e).name: TypedCaller(e) for e in catalogue}
+    typed = callers_by_name.values()
+    pairs = {t.result_type(): t for t in typed if t.is_pair}
+    patterns = sorted({t.pattern for t in typed})
     callers = CALLERS_HEAD + "\n\n".join(p.text() for p in patterns) + "\n\n"
-    callers += "".join(f"typedef struct {{\n  {s.type(s.results[0])} sine, cosine;\n}} {name};\n" for name, s in pairs.items())
-    callers += "\n" + "\n".join(s.text() for s in shapes.values()) + "\n\n#undef VORX_X87\n\n#endif\n"
+    callers += "".join(f"typedef struct {{\n  {t.type(t.results[0])} sine, cosine;\n}} {name};\n" for name, t in pairs.items())
+    callers += "\n" + "\n".join(t.text() for t in typed) + "\n\n#undef VORX_X87\n\n#endif\n"
     (directory / "callers.h").write_text(callers)
     (directory / "vorx.h").write_text(C_HEAD + "\n".join(f.c_declarations() for f in functions) + C_TAIL)
     cpp = CPP_HEAD + "\n".join(f.cpp_declarations("accurate") for f in functions)

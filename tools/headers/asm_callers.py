@@ -66,7 +66,7 @@ class Pattern:
         return f"/* {', '.join(parts)} -> {result} */"
 
     def text(self):
-        return "\n".join([self.describe(), f"VORX_INLINE void {self.name}({', '.join(self.parameters())}) {{",
+        return "\n".join([self.describe(), f"VORX_FUNCTION void {self.name}({', '.join(self.parameters())}) {{",
                           *self.variables(), *self.assembly(), *self.outputs(), "}"])
 
     def parameters(self):
