@@ -1,5 +1,5 @@
 # What a newcomer types. Everything else is CMake: see CMakePresets.json.
-.PHONY: demo test lib install tools clean bench ulp docs
+.PHONY: demo test lib install bench ulp docs packages clean
 
 BUILD := build
 JOBS := $(shell nproc)
@@ -7,6 +7,10 @@ COMMIT = $(shell git describe --always --dirty --exclude '*')
 
 lib: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --target vorx -j $(JOBS)
+
+demo: packages $(BUILD)/build.ninja
+	cmake --build $(BUILD) --target galaxy -j $(JOBS)
+	$(BUILD)/examples/galaxy
 
 test: packages $(BUILD)/build.ninja
 	cmake --build $(BUILD) -j $(JOBS)
@@ -36,7 +40,6 @@ docs/speed.md:
 install: lib
 	cmake --install $(BUILD) $(if $(PREFIX),--prefix $(PREFIX))
 
-.PHONY: packages
 packages:
 	./tools/install-packages
 

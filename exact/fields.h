@@ -30,7 +30,7 @@ VORX_INLINE i32x4 field_words(i64x2 a) { return as_i32(a); }
 // The words without their sign, and the biased exponents in them: 0 to 255, or 0 to 2047.
 template <class V, class C>
 VORX_INLINE i32x4 magnitude_words(V x, const C& k) {
-  return field_words(x) & k.magnitude_word;
+  return field_words(x & k.magnitude);
 }
 template <class V, class C>
 VORX_INLINE i32x4 biased_exponent(V x, const C& k) {
@@ -50,7 +50,7 @@ VORX_INLINE i32x4 pack_lanes(i32x4 a) {
 // lowest integers exactly for normal numbers, which leaves one signed comparison.
 template <class E>
 struct normal_constants {
-  rep32 magnitude_word = bits32(0x7fffffff);
+  typename E::constant magnitude = pattern<E>(0x7fffffff, 0x7fffffffffffffff);
   rep32 smallest = bits32(E::lanes == 4 ? 0x80800000 : 0x80100000);
   rep32 range = bits32(E::lanes == 4 ? 0xfeffffff : 0xffdfffff);
 };
@@ -85,6 +85,28 @@ VORX_INLINE bool is_zero(I bits) {
 template <class I>
 VORX_INLINE bool is_nan(I bits) {
   return (bits & ~sign_bit<I>) > infinity<I>;
+}
+
+// What the selections between x and y share: lanes with an infinity or a NaN are special, and a NaN gives way to a number.
+template <class E>
+struct finite_constants {
+  typename E::constant magnitude = pattern<E>(0x7fffffff, 0x7fffffffffffffff);
+  rep32 largest = bits32(E::lanes == 4 ? 0x7f7fffff : 0x7fefffff);  // of a finite number's sign and exponent word
+};
+template <class V, class C>
+VORX_INLINE i32x4 not_finite(V x, const C& k) {
+  return magnitude_words(x, k) > k.largest;
+}
+template <class V, class C>
+VORX_INLINE i32x4 not_finite(V x, V y, const C& k) {
+  return max(magnitude_words(x, k), magnitude_words(y, k)) > k.largest;
+}
+// Without a NaN the path's result stands.
+template <class T>
+VORX_INLINE int choose_number(const T* x, const T* y, T* result) {
+  if (is_nan(bits_of(*y))) *result = *x;
+  if (is_nan(bits_of(*x))) *result = *y;
+  return ordinary;
 }
 
 }  // namespace vorx

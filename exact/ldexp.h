@@ -9,7 +9,7 @@ namespace vorx {
 
 template <class E>
 struct ldexp_constants {
-  rep32 magnitude_word = bits32(0x7fffffff);
+  typename E::constant magnitude = pattern<E>(0x7fffffff, 0x7fffffffffffffff);
   rep32 one = bits32(1);
   rep32 range = bits32(format<E>::max_field - 2);
 };

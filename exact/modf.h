@@ -7,16 +7,10 @@
 
 namespace vorx {
 
-template <class E>
-struct modf_constants {
-  rep32 magnitude_word = bits32(0x7fffffff);
-  rep32 largest = bits32(E::lanes == 4 ? 0x7f7fffff : 0x7fefffff);  // of a finite number's sign and exponent word
-};
-
 // Special results: infinities give a zero of their sign and themselves, NaN itself twice, quiet.
 template <class E>
-struct modf_kernel : kernel<E, modf_constants<E>> {
-  using typename kernel<E, modf_constants<E>>::constants;
+struct modf_kernel : kernel<E, finite_constants<E>> {
+  using typename kernel<E, finite_constants<E>>::constants;
   using V = typename E::vector;
   using T = typename E::scalar;
   using I = typename E::integer;
@@ -26,7 +20,7 @@ struct modf_kernel : kernel<E, modf_constants<E>> {
     V integral = round_to_integral<toward_zero>(x);
     return {x - integral, integral};
   }
-  static i32x4 special(V x, const constants& k) { return magnitude_words(x, k) > k.largest; }
+  static i32x4 special(V x, const constants& k) { return not_finite(x, k); }
   static int rare(const T* x, T* fraction, T* integral) {
     I bits = bits_of(*x);
     if (is_nan(bits)) {

@@ -17,6 +17,7 @@
   [[gnu::cold, gnu::noinline]] inline e::out VORX_CALL cold(e::in, e::word) asm("\01" #SYMBOL ".cold");                   \
   [[gnu::used]]              static e::out VORX_CALL body(e::in, e::word) asm("\01" #SYMBOL ".body");                     \
   static e::out VORX_CALL body(e::in r, e::word w) {                                                                       \
+    r = e::filled(r);                                                                                                      \
     auto k = e::address_of_constants();                                                                                    \
     if constexpr (e::has_cold_part)                                                                                        \
       if (e::leaves_path(r, w, k)) [[unlikely]] [[clang::musttail]] return cold(r, w);                                     \

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -70,18 +71,20 @@ int main(int argc, char** argv) {
   std::string command_line;
   for (int i = 0; i < argc; i++) command_line += std::string(i ? " " : "") + (i ? argv[i] : "bench");
 
-  std::vector<std::string> flags = {argv[0], "--benchmark_filter=" + c.filter,
-                                    "--benchmark_repetitions=" + std::to_string(c.repetitions),
+  std::vector<std::string> flags = {argv[0], "--benchmark_repetitions=" + std::to_string(c.repetitions),
                                     "--benchmark_enable_random_interleaving=true"};
   std::vector<char*> pointers;
   for (std::string& f : flags) pointers.push_back(f.data());
   int count = static_cast<int>(pointers.size());
   benchmark::Initialize(&count, pointers.data());
 
-  for (const entry_point& e : entry_points())
+  const std::regex wanted(c.filter);
+  for (const entry_point& e : entry_points()) {
+    if (!std::regex_search(e.symbol(), wanted)) continue;
     benchmark::RegisterBenchmark(e.symbol().c_str(), [e, &c](benchmark::State& s) { measure(s, e, c.slice_microseconds); })
         ->UseManualTime()
         ->Iterations(c.rounds);
+  }
   table t(c.csv, command_line, c.commit);
   size_t run = benchmark::RunSpecifiedBenchmarks(&t);
   if (run == 0) std::fprintf(stderr, "no entry point matches %s\n", c.filter.c_str());
