@@ -71,6 +71,20 @@ TEST_P(Convention, HoldsWhateverIsInTheRestOfTheMachine) {
   }
 }
 
+// What the fourth lane of three is replaced by.
+argument_lane fill_of(const entry_point& e) {
+  const std::string_view name = e.of->fourth_lane;
+  const double value = name == "three_quarters" ? 0.75 : name == "one" ? 1 : 2;
+  argument_lane lane{};
+  for (int a = 0; a < e.of->form.argument_count(); a++) {
+    const kind k = e.of->form.arguments[a];
+    lane[a] = is_integer(k)            ? k != kind::bits
+              : e.type == element::f32 ? std::bit_cast<uint32_t>(static_cast<float>(value))
+                                       : std::bit_cast<uint64_t>(value);
+  }
+  return lane;
+}
+
 // A lane goes to the rare-case routine when the lane test flags it, and only then: not lanes beyond the width, not the fourth
 // lane of three, whatever they hold. Kernels with a large path have their cold part and flag lanes only beside a large lane.
 TEST_P(Convention, SendsFlaggedLanesAndNoOthersToTheRareCase) {
@@ -79,9 +93,13 @@ TEST_P(Convention, SendsFlaggedLanesAndNoOthersToTheRareCase) {
     for (const entry_point& e : entry_points_of(*GetParam())) {
       const claims& claim = claims_of(e);
       if (claim.has_lane_test) ASSERT_GT(counter.functions(), 0u);
+      // The fill is an ordinary argument, but nextafter flags, deliberately, what has like signs; of one register, the lane test
+      // is cut to three lanes.
+      const bool fill_flagged = claim.has_lane_test && e.width == 3 && e.type == element::f64 && claim.flags(fill_of(e).data());
+      EXPECT_TRUE(!fill_flagged || e.of->name == std::string_view("nextafter")) << e.symbol();
       lane_caller call(e);
       for (const auto& set : lane_sets(e).sets) {
-        size_t flagged = 0;
+        size_t flagged = fill_flagged;
         for (int i = 0; i < e.width; i++) flagged += claim.has_lane_test && claim.flags(set[i].data());
         if (claim.large) {
           const bool large = std::any_of(set.begin(), set.begin() + e.width, [&](auto& a) { return claim.large(a.data()); });
