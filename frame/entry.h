@@ -53,6 +53,12 @@ VORX_INLINE auto& first_register(two<A, B>& a) {
 VORX_INLINE __m128& slot(char* p, int i) { return reinterpret_cast<__m128*>(p)[i]; }
 VORX_INLINE const __m128& slot(const char* p, int i) { return reinterpret_cast<const __m128*>(p)[i]; }
 
+// One copy of the rare-case routine for all widths.
+template <class K, class... Pointers>
+[[gnu::noinline]] void rare_case(Pointers... lane) {
+  if constexpr (has_lane_test<K>) K::rare(lane...);
+}
+
 // The entry point of kernel K with shape S on W lanes.
 template <shape S, class K, int W, fill F>
 struct entry {
@@ -299,6 +305,7 @@ struct entry {
   // register and not two.
   static constexpr bool has_cold_part = has_large_path<K> || has_lane_test<K>;
   VORX_INLINE static bool leaves_path(const in& r, word w, const constants*& k) {
+    if constexpr (always_special<K>) return true;
     i32x4 flags = {_mm_setzero_si128()};
     each_step([&](auto i) __attribute__((always_inline)) {
       flags = flags | with_arguments(r, w, i, [&k](auto... x) {
@@ -326,6 +333,7 @@ struct entry {
     VORX_INLINE lane_array() {}  // keeps std::tuple from clearing it
     static constexpr int step_bytes = E::lanes * sizeof(typename Step::lane);
     VORX_INLINE void put(int i, typename Step::type x) {
+      asm("" : "+x"(first_register(x)));  // keeps a loop of these from becoming a block copy, which is slow, or a call of memcpy
       char* p = reinterpret_cast<char*>(lane) + step_bytes * i;
       if constexpr (step_bytes == sizeof(x))
         *reinterpret_cast<typename Step::type*>(p) = x;
@@ -360,28 +368,32 @@ struct entry {
       with_arguments(r, w, i, [&](auto... x) { std::apply([&](auto&... array) { (array.put(i, x), ...); }, arguments); });
     });
 
-    const constants& k = *address_of_constants();
-    unsigned mask = 0;
-    for (int i = 0; i < steps; i++) {
-      std::apply(
-          [&](const auto&... x) {
-            if constexpr (has_lane_test<K>) mask |= mask_of(K::special(x.get(i)..., k)) << E::lanes * i;
-            auto value = path_when_cold(k, x.get(i)...);
-            if constexpr (S.result_count() == 1) {
-              std::get<0>(results).put(i, value);
-            } else {
-              std::get<0>(results).put(i, value.first);
-              std::get<1>(results).put(i, value.second);
-            }
-          },
-          arguments);
-    }
-    if (W < E::lanes) mask &= (1u << W) - 1;
-
-    for (; mask != 0; mask &= mask - 1) {
-      int i = std::countr_zero(mask);
-      std::apply([&](const auto&... x) { std::apply([&](auto&... y) { rare_case(&x.lane[i]..., &y.lane[i]...); }, results); },
+    auto rare_lane = [&](int i) {
+      std::apply([&](const auto&... x) { std::apply([&](auto&... y) { rare_case<K>(&x.lane[i]..., &y.lane[i]...); }, results); },
                  arguments);
+    };
+    if constexpr (always_special<K>) {
+      for (int i = 0; i < W; i++) rare_lane(i);
+    } else {
+      const constants& k = *address_of_constants();
+      unsigned mask = 0;
+      for (int i = 0; i < steps; i++) {
+        std::apply(
+            [&](const auto&... x) {
+              if constexpr (has_lane_test<K>) mask |= mask_of(K::special(x.get(i)..., k)) << E::lanes * i;
+              auto value = path_when_cold(k, x.get(i)...);
+              if constexpr (S.result_count() == 1) {
+                std::get<0>(results).put(i, value);
+              } else {
+                std::get<0>(results).put(i, value.first);
+                std::get<1>(results).put(i, value.second);
+              }
+            },
+            arguments);
+      }
+      if (W < E::lanes) mask &= (1u << W) - 1;
+      if constexpr (has_lane_test<K>)
+        for (; mask != 0; mask &= mask - 1) rare_lane(std::countr_zero(mask));
     }
 
     sink s = start(w);
@@ -390,12 +402,6 @@ struct entry {
       if constexpr (S.result_count() == 2) store<1>(s, i, std::get<1>(results).get(i));
     });
     return s.o;
-  }
-
-  // One copy of the rare-case routine for all widths.
-  template <class... Pointers>
-  [[gnu::noinline]] static void rare_case(Pointers... lane) {
-    if constexpr (has_lane_test<K>) K::rare(lane...);
   }
 };
 

@@ -88,6 +88,12 @@ concept has_large_path = requires {
   &K::large_path;
 };
 
+// A kernel whose lane test flags every lane says so by a member `every_lane_special`: its entry points skip path and test.
+template <class K>
+concept always_special = requires {
+  K::every_lane_special;
+};
+
 // One read-only copy of each constants struct, for all widths.
 template <class C>
 inline constexpr C constant_pool{};
