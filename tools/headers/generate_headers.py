@@ -141,7 +141,9 @@ class Function:
 C_HEAD = '''\
 /* The entry points of __ocl_vorx_p8 for C: vorx_expf8(x) calls __ocl_vorx_p8_expf8. Names are those of the entry points: the
  * function, f for float (nothing for double), the number of lanes, and _native for the variant that trades accuracy or special
- * results for speed. Generated from the catalogue; C++ has vorx/vorx.hpp. */
+ * results for speed. A second result is written through the last argument; sincosreg returns a struct. Scalars that gcc keeps in
+ * x87 registers (its default without -mfpmath=sse) lose the signalling bit of a NaN there. Generated from the catalogue; C++ has
+ * vorx/vorx.hpp. */
 #ifndef VORX_VORX_H
 #define VORX_VORX_H
 
