@@ -60,14 +60,14 @@ caller::caller(const entry_point& e) {
   if (l.hidden_bytes != 0) store_address(4, frame_.hidden);
   for (int a = 0; a < form.argument_count(); a++) {
     const placement& p = l.arguments[a];
-    argument_[a].bytes = static_cast<size_t>(lane_bytes(form.arguments[a], e.type));
+    argument_[a].bytes = lane_bytes(form.arguments[a], e.type);
     argument_[a].start = p.place == where::xmm   ? frame_.xmm[p.at]
                          : p.place == where::eax ? reinterpret_cast<unsigned char*>(&frame_.eax)
                                                  : frame_.stack + (p.at - 4);
   }
   for (int r = 0; r < form.result_count(); r++) {
     const placement& p = l.results[r];
-    result_[r].bytes = static_cast<size_t>(lane_bytes(form.results[r], e.type));
+    result_[r].bytes = lane_bytes(form.results[r], e.type);
     result_[r].start = p.place == where::xmm       ? frame_.xmm[p.at]
                        : p.place == where::hidden  ? frame_.hidden + p.at
                        : p.place == where::pointer ? frame_.pointed_to

@@ -28,11 +28,19 @@ class caller {
   caller& operator=(const caller&) = delete;
 
   void set(int argument, int lane, uint64_t bits) {
-    std::memcpy(argument_[argument].start + lane * argument_[argument].bytes, &bits, argument_[argument].bytes);
+    const lanes& l = argument_[argument];
+    if (l.bytes == 4)
+      std::memcpy(l.start + 4 * lane, &bits, 4);
+    else
+      std::memcpy(l.start + 8 * lane, &bits, 8);
   }
   uint64_t get(int result, int lane) const {
+    const lanes& l = result_[result];
     uint64_t bits = 0;
-    std::memcpy(&bits, result_[result].start + lane * result_[result].bytes, result_[result].bytes);
+    if (l.bytes == 4)
+      std::memcpy(&bits, l.start + 4 * lane, 4);
+    else
+      std::memcpy(&bits, l.start + 8 * lane, 8);
     return bits;
   }
   void operator()();
@@ -40,7 +48,7 @@ class caller {
  private:
   struct lanes {
     unsigned char* start = nullptr;
-    size_t bytes = 0;  // of one lane
+    int bytes = 0;  // of one lane
   };
   call_frame frame_;
   lanes argument_[3], result_[2];

@@ -66,8 +66,9 @@ struct statistics {
 class judge {
  public:
   explicit judge(const entry_point& e);
-  // Takes the results of one lane into the statistics; returns the largest of their errors, in ULP.
-  double operator()(const arguments& in, const results& out);
+  // Takes the results of one lane into the statistics; returns the largest of their errors, in ULP. `estimates`, one for each
+  // result, spare a float kernel's judge the computation of its own.
+  double operator()(const arguments& in, const results& out, const double* estimates = nullptr);
   // Another neighbour gave other bits: measured like the first result where that is the kernel's right, a fault otherwise.
   void neighbour_matters(const arguments& in, const results& out, const results& other, bool whole_vector);
 
@@ -89,6 +90,8 @@ class judge {
   void check_estimate(const arguments& in, int r);
   double number(const arguments& in, int a) const;
   bool can_estimate(const arguments& in, int r) const;
+  double quick(const arguments& in, int r) const;
+  long double fine(const arguments& in, int r) const;
   void count(double error, double signed_error, bool correct, const arguments& in, const results& out, int r);
 
   entry_point entry_;
@@ -98,6 +101,7 @@ class judge {
   bool unary_;
   double tolerated_;  // errors above are faults of kind where an infinity is involved
   bool in_claim_ = true;
+  const double* estimates_ = nullptr;
   uint64_t tick_ = 0;
   std::array<std::unique_ptr<real>, 3> a_;
   const real* given_[3];

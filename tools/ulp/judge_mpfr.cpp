@@ -76,6 +76,7 @@ double judge::decide(const arguments& in, const results& out, int r) {
   if (error == 0.5) {  // so near to a tie that more digits must tell
     evaluate(tie_precision);
     wanted = nearest();
+    signed_error = measure(got), error = std::fabs(signed_error);
   }
   if (got_infinity != to_infinity && error > tolerated_)
     return special(false, got_infinity ? fault::infinity_for_finite : fault::finite_for_infinity, wanted, in, out, r);
@@ -90,9 +91,8 @@ void judge::check_estimate(const arguments& in, int r) {
   long exponent = mpfr_get_exp(*exact_) - 1;
   if (exponent < format_.lowest_exponent || exponent > format_.highest_exponent) return;
   const real_reference& reference = *references_[r].real;
-  double x = number(in, 0), y = number(in, 1);
   int bits = entry_.type == element::f32 ? reference.quick_bits : reference.fine_bits;
-  mpfr_set_ld(*difference_, entry_.type == element::f32 ? reference.quick(x, y) : reference.fine(x, y), MPFR_RNDN);
+  mpfr_set_ld(*difference_, entry_.type == element::f32 ? quick(in, r) : fine(in, r), MPFR_RNDN);
   mpfr_sub(*difference_, *difference_, *exact_, MPFR_RNDN);
   mpfr_div(*difference_, *difference_, *exact_, MPFR_RNDN);
   mpfr_mul_2si(*difference_, *difference_, bits, MPFR_RNDN);

@@ -1,4 +1,6 @@
 // The error of one real-valued result by an estimate in double or long double precision, where that settles it.
+#include <algorithm>
+
 #include "tools/ulp/judge.h"
 
 namespace vorx::ulp {
@@ -35,11 +37,15 @@ bool judge::can_estimate(const arguments& in, int r) const {
 bool judge::estimate(const arguments& in, const results& out, int r, double& error) {
   const real_reference& reference = *references_[r].real;
   if (!can_estimate(in, r)) return false;
-  double x = number(in, 0), y = number(in, 1);
   if (entry_.type == element::f32)
-    return settle<float>(reference.quick(x, y), power_of_two(-reference.quick_bits, 0.0), in, out, r, error);
-  return settle<double>(reference.fine(x, y), power_of_two(-reference.fine_bits, 0.0), in, out, r, error);
+    return settle<float>(quick(in, r), power_of_two(-reference.quick_bits, 0.0), in, out, r, error);
+  return settle<double>(fine(in, r), power_of_two(-reference.fine_bits, 0.0), in, out, r, error);
 }
+
+double judge::quick(const arguments& in, int r) const {
+  return estimates_ ? estimates_[r] : references_[r].real->quick(number(in, 0), number(in, 1));
+}
+long double judge::fine(const arguments& in, int r) const { return references_[r].real->fine(number(in, 0), number(in, 1)); }
 
 template <class T, class Wide>
 bool judge::settle(Wide e, double doubt, const arguments& in, const results& out, int r, double& error) {
@@ -69,9 +75,12 @@ bool judge::settle(Wide e, double doubt, const arguments& in, const results& out
   doubt *= magnitude;
   double most = error + doubt, least = error - doubt;
   const double lowest = power_of_two(format_.fraction_bits(), 0.0);
-  if (!subnormal && (magnitude < lowest + doubt || magnitude > 2 * lowest - doubt)) most *= 2, least /= 2;  // which unit?
+  const bool unit_in_doubt = !subnormal && (magnitude < lowest + doubt || magnitude > 2 * lowest - doubt);
+  if (unit_in_doubt) most *= 2, least /= 2;
+  if (least <= 0.5 && most >= 0.5) return false;
   if (exponent == format_.highest_exponent && magnitude > 2 * lowest - 1) return false;  // rounds to infinity, or nearly
-  if (most > found.largest || (least <= 0.5 && most >= 0.5)) return false;
+  // A new largest error; small doubts do not show in it.
+  if (most > std::max(found.largest, 0.5) && (unit_in_doubt || doubt > 1e-6)) return false;
   count(error, signed_error, error < 0.5, in, out, r);
   return true;
 }

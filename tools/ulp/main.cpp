@@ -23,7 +23,7 @@ Largest error of a function in ULP against MPFR, and where; share of correctly r
   --type f32|f64           one element type (default: both)
   --variant accurate|native one variant (default: both)
   --exhaustive             all 2^32 inputs, where there are so many; others are sampled
-  --stride N               with --exhaustive: every N-th input only
+  --stride N               with --exhaustive: every N-th block of 64 inputs only
   --count N                number of sampled inputs (default 1000000)
   --seed N                 of the sample (default 1): the same seed and count give the same inputs
   --width N                lanes of the entry point under test (default 16)

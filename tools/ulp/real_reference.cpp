@@ -44,28 +44,28 @@ T tan_of_half_turns(T x) {
 }
 
 using value = void (*)(mpfr_ptr, const real* const*);
-using rounding = mpfr_rnd_t;
-constexpr rounding nearest = MPFR_RNDN;
+// Towards zero: a value just below a power of two stays below it, in the binade whose unit counts.
+constexpr mpfr_rnd_t toward_zero = MPFR_RNDZ;
 
 // A function of MPFR with one or two arguments as a `value`.
 template <int (*F)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t)>
 void of_x(mpfr_ptr r, const real* const* a) {
-  F(r, *a[0], nearest);
+  F(r, *a[0], toward_zero);
 }
 template <int (*F)(mpfr_ptr, mpfr_srcptr, mpfr_srcptr, mpfr_rnd_t)>
 void of_x_y(mpfr_ptr r, const real* const* a) {
-  F(r, *a[0], *a[1], nearest);
+  F(r, *a[0], *a[1], toward_zero);
 }
 
 void rsqrt(mpfr_ptr r, const real* const* a) {  // of -0: -infinity, unlike MPFR
-  mpfr_rec_sqrt(r, *a[0], nearest);
-  if (mpfr_zero_p(*a[0])) mpfr_setsign(r, r, mpfr_signbit(*a[0]), nearest);
+  mpfr_rec_sqrt(r, *a[0], toward_zero);
+  if (mpfr_zero_p(*a[0])) mpfr_setsign(r, r, mpfr_signbit(*a[0]), toward_zero);
 }
 void rcbrt(mpfr_ptr r, const real* const* a) {
-  mpfr_cbrt(r, *a[0], nearest);
-  mpfr_ui_div(r, 1, r, nearest);
+  mpfr_cbrt(r, *a[0], toward_zero);
+  mpfr_ui_div(r, 1, r, toward_zero);
 }
-void inv(mpfr_ptr r, const real* const* a) { mpfr_ui_div(r, 1, *a[0], nearest); }
+void inv(mpfr_ptr r, const real* const* a) { mpfr_ui_div(r, 1, *a[0], toward_zero); }
 
 // For x >= 0 only, and without the exceptions that make pow(1, y) and pow(x, 0) one whatever the other argument.
 void powr(mpfr_ptr r, const real* const* a) {
@@ -73,13 +73,13 @@ void powr(mpfr_ptr r, const real* const* a) {
   bool undefined = mpfr_nan_p(x) || mpfr_nan_p(y) || mpfr_sgn(x) < 0 || (mpfr_zero_p(y) && !mpfr_regular_p(x)) ||
                    (mpfr_inf_p(y) && mpfr_cmp_ui(x, 1) == 0);
   if (undefined) return mpfr_set_nan(r);
-  mpfr_pow(r, x, y, nearest);
-  mpfr_abs(r, r, nearest);  // (-0)^y is +0 or +infinity
+  mpfr_pow(r, x, y, toward_zero);
+  mpfr_abs(r, r, toward_zero);  // (-0)^y is +0 or +infinity
 }
-void pown(mpfr_ptr r, const real* const* a) { mpfr_pow_si(r, *a[0], mpfr_get_si(*a[1], nearest), nearest); }
+void pown(mpfr_ptr r, const real* const* a) { mpfr_pow_si(r, *a[0], mpfr_get_si(*a[1], toward_zero), toward_zero); }
 void rootn(mpfr_ptr r, const real* const* a) {
   mpfr_srcptr x = *a[0];
-  long n = mpfr_get_si(*a[1], nearest);
+  long n = mpfr_get_si(*a[1], toward_zero);
   if (n == 0 || mpfr_nan_p(x)) return mpfr_set_nan(r);
   if (n % 2 == 0 && !mpfr_zero_p(x) && mpfr_signbit(x)) return mpfr_set_nan(r);
   bool negative = n % 2 != 0 && mpfr_signbit(x);
@@ -89,16 +89,16 @@ void rootn(mpfr_ptr r, const real* const* a) {
     else
       mpfr_set_inf(r, 1);
   } else {
-    mpfr_rootn_si(r, x, n, nearest);
+    mpfr_rootn_si(r, x, n, toward_zero);
   }
-  mpfr_setsign(r, r, negative, nearest);
+  mpfr_setsign(r, r, negative, toward_zero);
 }
 void lgamma_of(mpfr_ptr r, const real* const* a) {
   int sign;
-  mpfr_lgamma(r, &sign, *a[0], nearest);
+  mpfr_lgamma(r, &sign, *a[0], toward_zero);
 }
-void fma_of(mpfr_ptr r, const real* const* a) { mpfr_fma(r, *a[0], *a[1], *a[2], nearest); }
-void ldexp_of(mpfr_ptr r, const real* const* a) { mpfr_mul_2si(r, *a[0], mpfr_get_si(*a[1], nearest), nearest); }
+void fma_of(mpfr_ptr r, const real* const* a) { mpfr_fma(r, *a[0], *a[1], *a[2], toward_zero); }
+void ldexp_of(mpfr_ptr r, const real* const* a) { mpfr_mul_2si(r, *a[0], mpfr_get_si(*a[1], toward_zero), toward_zero); }
 
 double ten_to(double x) { return ::exp10(x); }
 long double ten_to(long double x) { return ::exp10l(x); }

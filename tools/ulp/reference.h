@@ -12,7 +12,7 @@ namespace vorx::ulp {
 
 // A real-valued result. Arguments are x, y, z; integer arguments are given as numbers.
 struct real_reference {
-  // The value, rounded to r's precision (error below 4 units in its last place); special results included.
+  // The value, cut to r's precision (error below 4 units in its last place); special results included.
   void (*value)(mpfr_ptr r, const real* const* a);
   // The same by the C library in double and in long double precision, within 2^-bits relative. Null where there is none.
   double (*quick)(double x, double y) = nullptr;

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <thread>
 
+#include "tools/ulp/interpolate.h"
 #include "tools/ulp/sample.h"
 
 namespace vorx::ulp {
@@ -65,14 +66,11 @@ statistics in_parallel(const entry_point& kernel, const options& o, uint64_t ite
 }
 
 statistics all_inputs(const entry_point& kernel, const options& o) {
-  const uint64_t inputs = ((1ull << 32) + o.stride - 1) / o.stride;
-  progress bar(kernel, inputs, o.progress);
-  return in_parallel(kernel, o, (inputs + batch - 1) / batch, [&](runner& r, uint64_t item) {
-    const uint64_t first = item * batch, count = std::min(batch, inputs - first);
-    static thread_local std::vector<arguments> in;
-    in.resize(count);
-    for (uint64_t i = 0; i < count; i++) in[i] = {(first + i) * o.stride, 0, 0};
-    r(in);
+  const uint64_t blocks = ((1ull << 32) / block + o.stride - 1) / o.stride, in_batch = batch / block;
+  progress bar(kernel, blocks, o.progress);
+  return in_parallel(kernel, o, (blocks + in_batch - 1) / in_batch, [&](runner& r, uint64_t item) {
+    const uint64_t first = item * in_batch, count = std::min(in_batch, blocks - first);
+    r.blocks(first * o.stride, count, o.stride);
     bar.add(count);
   });
 }

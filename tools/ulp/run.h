@@ -41,15 +41,23 @@ class runner {
   runner(const entry_point& kernel, int width);
   // errors, if given, receives the largest error of each input.
   void operator()(const std::vector<arguments>& inputs, std::vector<double>* errors = nullptr);
+  // The same for blocks of 64 consecutive 32-bit arguments: those numbered first, first + stride, ...
+  void blocks(uint64_t first, uint64_t count, uint64_t stride);
   statistics& found() { return judge_.found; }
 
  private:
+  void call_among_peers(const std::vector<arguments>& inputs);
+  void call_beside_hostile(const std::vector<arguments>& inputs);
+
   entry_point at_width_, beside_hostile_;
   bool whole_vector_;
   judge judge_;
   caller wide_, four_;
-  uint64_t turn_ = 0;
+  uint32_t turn_ = 0;
   std::vector<results> among_peers_;
+  std::array<double (*)(double, double), 2> estimates_{};  // of float kernels of one argument
+  std::vector<std::array<double, 2>> estimated_;
+  std::vector<arguments> inputs_;
 };
 
 }  // namespace vorx::ulp
