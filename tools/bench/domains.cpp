@@ -59,8 +59,8 @@ void append(std::vector<unsigned char>& bytes, T value) {
 
 const std::array<unusual, 6> unusual_arguments = {{
     {"NaN", std::numeric_limits<double>::quiet_NaN()},
-    {"infinity", std::numeric_limits<double>::infinity()},
     {"1e10", 1e10},
+    {"infinity", std::numeric_limits<double>::infinity()},
     {"zero", 0.0},
     {"-2", -2.0},
     {"subnormal", 1e-310},

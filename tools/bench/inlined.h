@@ -15,7 +15,7 @@ struct inlined_kernel {
   bool native;
   // Path and lane test on so many registers of each argument, from arrays of lanes to arrays of lanes (16-byte aligned).
   void (*loop)(const void* const* arguments, void* const* results, int registers);
-  // Whether the lane test flags lane 0 of these arguments; null for a kernel without a lane test.
+  // Whether the test for special or large lanes flags lane 0 of these arguments; null for a kernel without one.
   bool (*flags)(const void* const* arguments);
 };
 

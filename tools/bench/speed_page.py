@@ -137,8 +137,9 @@ How to read the tables:
   the repetitions; their spread (half of the middle half) is given where it is more than 2%.
 - *latency*: core cycles of a call whose argument waits for the result of the call before, at 4 float or 2 double lanes
   ({any_row['empty_latency']:.0f} for an entry point that only returns).
-- *special lane*: core cycles that a call takes longer when one of its lanes has to be recomputed (a NaN or, where the vector
-  path treats that, another argument outside its range).
+- *special lane*: core cycles that a call takes longer when one of its lanes has to be recomputed, or sends all lanes through the
+  path for large arguments: a NaN or, where the vector path treats that, another argument outside its range (1e10, an infinity,
+  zero ...).
 
 Arguments are where programs call a function (exponentials in [-10, 10], logarithms in [1e-6, 1e6], sine and cosine in
 [-100, 100] ...; all in `tools/bench/domains.cpp`) and take the vector path.
