@@ -13,7 +13,8 @@ struct inlined_kernel {
   const char* function;
   element type;
   bool native;
-  // Path and lane test on so many registers of each argument, from arrays of lanes to arrays of lanes (16-byte aligned).
+  // Path and lane test on so many registers of each argument, from arrays of lanes to arrays of lanes (16-byte aligned); null for
+  // a kernel that leaves every lane to its rare-case routine.
   void (*loop)(const void* const* arguments, void* const* results, int registers);
   // Whether the test for special or large lanes flags lane 0 of these arguments; null for a kernel without one.
   bool (*flags)(const void* const* arguments);

@@ -67,7 +67,7 @@ void subject::add(quantity q, std::function<void()> pass) {
 
 void subject::add_inlined(const lane_bytes_of_arguments& arguments) {
   const inlined_kernel* k = inlined_kernel_of(entry_);
-  if (k == nullptr) return;
+  if (k == nullptr || k->loop == nullptr) return;
   std::array<const void*, 3> in = {};
   std::array<void*, 2> out = {};
   lane_arrays_.reserve(in.size() + out.size());
