@@ -60,28 +60,20 @@ VORX_OUT_OF_LINE __m128 tan_large(__m128 bare_x) {
   return select((x & k.magnitude) <= k.tiny, x, tangent_of_sum(row, r, low, k)).v;
 }
 
-// Double: sine over cosine, both as high and low part from the angle sum of large_sine.h. The quotient is a first part q of 26
-// bits, whose products with the parts of the cosine are exact, and the remainder times the reciprocal.
-struct high_low {
-  f64x2 high, low;
-};
-VORX_INLINE high_low renormalize(sum_terms a) {
-  f64x2 sum = a.lead + a.rest;
-  return {sum, (a.lead - sum) + a.rest};
-}
-
+// Double: sine over cosine, both by the angle sum of large_sine.h, lead and rest apart. The quotient is a first part q of 26
+// bits, whose product with the upper 26 bits of the cosine is exact, and the remainder times the reciprocal.
 VORX_OUT_OF_LINE __m128d tan_large(__m128d bare_x) {
   f64x2 x = {bare_x};
   const auto& k = *hide(&constant_pool<large_sine_f64_constants>);
   auto [row, r, low] = reduce(x, k);
-  high_low c = renormalize(angle_sum_terms(row + k.quarter, r, low, k));
-  f64x2 reciprocal = k.one / c.high;
-  high_low s = renormalize(angle_sum_terms(row, r, low, k));
+  sum_terms c = angle_sum_terms(row + k.quarter, r, low, k), s = angle_sum_terms(row, r, low, k);
+  f64x2 cosine = c.lead + c.rest;
+  f64x2 reciprocal = k.one / cosine;
 
-  f64x2 q = (s.high * reciprocal) & k.split;
-  f64x2 ch = c.high & k.split;
-  f64x2 cl = (c.high - ch) + c.low;
-  f64x2 remainder = (s.high - q * ch) - q * cl + s.low;
+  f64x2 q = ((s.lead + s.rest) * reciprocal) & k.split;
+  f64x2 ch = cosine & k.split;
+  f64x2 cl = (c.lead - ch) + c.rest;
+  f64x2 remainder = (s.lead - q * ch) + s.rest - q * cl;
   return select((x & k.magnitude) <= k.tiny, x, q + remainder * reciprocal).v;
 }
 

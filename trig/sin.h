@@ -19,7 +19,7 @@ struct sin_kernel : kernel<E, C> {
   }
 };
 
-// Accurate: 2.5 ULP, 0.51 ULP in vectors with a lane above 10000. Special results: NaN for an infinity (invalid) and for NaN;
+// Accurate: 2.48 ULP, 0.51 ULP in vectors with a lane above 10000. Special results: NaN for an infinity (invalid) and for NaN;
 // sin(-0) = -0.
 struct sin_f32 : with_rare_cases<with_large_path<sin_kernel<f32, sine_f32_constants>>> {
   static constexpr double max_ulp = 2.48;
@@ -27,9 +27,9 @@ struct sin_f32 : with_rare_cases<with_large_path<sin_kernel<f32, sine_f32_consta
   static f32x4 large_path(f32x4 x) { return {sin_large<f32x4>(x.v)}; }
 };
 
-// Native: without special results.
+// Native: 1.4e-4 relative; without special results.
 struct sin_f32_native : with_large_path<sin_kernel<f32, sine_f32_native_constants>> {
-  static constexpr double max_ulp = 2340;
+  static constexpr double max_ulp = 2330;
   static f32x4 large_path(f32x4 x) { return {sin_large<f32x4>(x.v)}; }
 };
 
@@ -37,16 +37,17 @@ struct sin_f64_constants : sine_f64_constants {
   rep64 limit = c(0x4170000000000000, 16777216.0);
 };
 
-// Accurate: 3.7 ULP, 0.51 ULP in vectors with a lane above 2^24. Special results as for float.
+// Accurate: 3.8 ULP, 0.51 ULP in vectors with a lane above 2^24. Special results as for float.
 struct sin_f64 : with_rare_cases<with_large_path<sin_kernel<f64, sin_f64_constants>>> {
-  static constexpr double max_ulp = 3.7;
+  static constexpr double max_ulp = 3.8;
   static constexpr double seams[] = {-16777216.0, -0x1p-20, 0x1p-20, 16777216.0};
   static f64x2 large_path(f64x2 x) { return {sin_large<f64x2>(x.v)}; }
 };
 
-// Native: three parts of pi for every argument.
+// Native: 6e-9 relative; three parts of pi for every argument.
 struct sin_f64_native : sin_kernel<f64, sine_f64_native_constants> {
   static constexpr double max_ulp = 5.46e7;
+  static constexpr double domain[] = {-10000.0, 10000.0};  // where it holds next to multiples of pi, too
 };
 
 }  // namespace vorx

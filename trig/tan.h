@@ -32,7 +32,7 @@ static_assert(low_zero_bits(tan_f32_constants{}.half_pi_1) >= 13 && low_zero_bit
 // Accurate: 4.56 ULP, 0.53 ULP in vectors with a lane above 8256. Special results: NaN for an infinity (invalid) and for NaN;
 // tan(-0) = -0.
 struct tan_f32 : with_rare_cases<with_large_path<kernel<f32, tan_f32_constants>>> {
-  static constexpr double max_ulp = 4.57;
+  static constexpr double max_ulp = 4.56;
   static constexpr float seams[] = {-8256.0f, -0x1p-20f, 0x1p-20f, 8256.0f};
 
   static f32x4 path(f32x4 x, const constants& k) {
@@ -69,7 +69,7 @@ struct tan_f32_native_constants {
 
 // Native: three parts of pi/2, and the processor's estimate of the reciprocal instead of the division. No special results.
 struct tan_f32_native : with_large_path<kernel<f32, tan_f32_native_constants>> {
-  static constexpr double max_ulp = 5200;
+  static constexpr double max_ulp = 6150;  // 1.5 x 2^-12 relative, by definition of the estimate; 5204 on one processor
 
   static f32x4 path(f32x4 x, const constants& k) {
     f32x4 y = x & k.magnitude;
