@@ -20,7 +20,7 @@
     r = e::filled(r);                                                                                                      \
     auto k = e::address_of_constants();                                                                                    \
     if constexpr (e::has_cold_part)                                                                                        \
-      if (e::leaves_path(r, w, k)) [[unlikely]] [[clang::musttail]] return cold(r, w);                                     \
+      if (e::leaves_path(r, w, k)) [[unlikely]] [[clang::musttail]] return cold(r, e::forward(w));                         \
     return e::compute(r, w, k);                                                                                            \
   }                                                                                                                        \
   inline e::out VORX_CALL cold(e::in r, e::word w) {                                                                       \

@@ -326,6 +326,12 @@ struct entry {
 
   // ---- the cold part ----
 
+  // What the cold part is given in ecx: where nothing is on the stack, whatever is there, so that the body has the register.
+  VORX_INLINE static word forward(word w) {
+    if constexpr (front == no_prologue) asm("" : "=r"(w));
+    return w;
+  }
+
   // Lane arrays of an argument or result: what the rare-case routine is given pointers into.
   template <class Step>
   struct alignas(16) lane_array {

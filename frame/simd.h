@@ -99,6 +99,8 @@ VORX_INLINE i64x2 clear(i64x2 mask, i64x2 a) { return {_mm_andnot_si128(mask.v, 
 VORX_INLINE i64x2 operator<<(i64x2 a, int n) { return {_mm_slli_epi64(a.v, n)}; }
 VORX_INLINE i64x2 shift_right_logical(i64x2 a, int n) { return {_mm_srli_epi64(a.v, n)}; }
 VORX_INLINE i64x2 operator==(i64x2 a, i64x2 b) { return {_mm_cmpeq_epi64(a.v, b.v)}; }
+// Each unsigned 16-bit word of a less that of b, 0 where it would be negative.
+VORX_INLINE i64x2 subtract_or_zero(i64x2 a, i64x2 b) { return {_mm_subs_epu16(a.v, b.v)}; }
 
 // mask ? a : b, by the sign bit of each mask lane (one blend).
 VORX_INLINE f32x4 select(i32x4 mask, f32x4 a, f32x4 b) { return {_mm_blendv_ps(b.v, a.v, _mm_castsi128_ps(mask.v))}; }
@@ -223,6 +225,47 @@ VORX_INLINE f32x4 lookup(const float* table, i32x4 index) {
   row = _mm_insert_ps(row, _mm_load_ss(table + extract<1>(index)), 0x10);
   row = _mm_insert_ps(row, _mm_load_ss(table + extract<2>(index)), 0x20);
   return {_mm_insert_ps(row, _mm_load_ss(table + extract<3>(index)), 0x30)};
+}
+
+// Fixes the order in the compiled code: what is computed from `later` comes after all that leads to `earlier`. Keeps the compiler
+// from holding more values in registers than there are; the processor still overlaps both.
+VORX_INLINE void in_order(auto& earlier, auto& later) { asm("" : "+x"(earlier.v), "+x"(later.v)); }
+
+// Look-up by bytes: one load for each lane, at a byte offset that stands in a 32-bit lane, counted from a place before the table.
+// The offsets are extracted one after the other, so that one integer register does.
+template <int lane>
+VORX_INLINE const char* row_address(const void* table, i32x4 offsets, int before) {
+  return static_cast<const char*>(table) - before + extract<lane>(offsets);
+}
+VORX_INLINE f64x2 gather(const double* table, i32x4 offsets, int before = 0) {  // offsets in lanes 0 and 1
+  f64x2 a = {_mm_load_sd(reinterpret_cast<const double*>(row_address<0>(table, offsets, before)))};
+  in_order(a, offsets);
+  return {_mm_loadh_pd(a.v, reinterpret_cast<const double*>(row_address<1>(table, offsets, before)))};
+}
+
+// The same for rows of two numbers, in one load each: the first numbers of the rows, and the second.
+struct f32x4_pair {
+  f32x4 first, second;
+};
+struct f64x2_pair {
+  f64x2 first, second;
+};
+VORX_INLINE f32x4_pair gather_pairs(const float* table, i32x4 offsets, int before = 0) {
+  auto at = [](const char* p) { return reinterpret_cast<const __m64*>(p); };
+  f32x4 a = {_mm_loadl_pi(_mm_setzero_ps(), at(row_address<0>(table, offsets, before)))};
+  in_order(a, offsets);
+  a = {_mm_loadh_pi(a.v, at(row_address<1>(table, offsets, before)))};
+  in_order(a, offsets);
+  f32x4 b = {_mm_loadl_pi(_mm_setzero_ps(), at(row_address<2>(table, offsets, before)))};
+  in_order(b, offsets);
+  b = {_mm_loadh_pi(b.v, at(row_address<3>(table, offsets, before)))};
+  return {{_mm_shuffle_ps(a.v, b.v, 0x88)}, {_mm_shuffle_ps(a.v, b.v, 0xdd)}};
+}
+VORX_INLINE f64x2_pair gather_pairs(const double* table, i32x4 offsets, int before = 0) {  // offsets in lanes 0 and 1
+  f64x2 a = {_mm_loadu_pd(reinterpret_cast<const double*>(row_address<0>(table, offsets, before)))};
+  in_order(a, offsets);
+  f64x2 b = {_mm_loadu_pd(reinterpret_cast<const double*>(row_address<1>(table, offsets, before)))};
+  return {{_mm_unpacklo_pd(a.v, b.v)}, {_mm_unpackhi_pd(a.v, b.v)}};
 }
 
 }  // namespace vorx
