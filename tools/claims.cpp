@@ -41,6 +41,7 @@ claims read() {
   if constexpr (requires { K::whole_vector; }) c.whole_vector = K::whole_vector;
   if constexpr (has_lane_test<K>) {
     c.has_lane_test = true;
+    c.every_lane_special = always_special<K>;
     c.flags = flags<K, S, &K::special>;
   }
   if constexpr (has_large_path<K>) c.large = flags<K, S, &K::large>;

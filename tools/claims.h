@@ -9,11 +9,12 @@
 namespace vorx {
 
 struct claims {
-  double max_ulp = 0;          // largest error in ULP; 0 where the kernel states none: the result is exact
-  std::vector<double> seams;   // arguments where the algorithm changes (a float kernel's are exact here)
-  std::vector<double> domain;  // lowest and highest x for which max_ulp holds; empty: all
-  bool whole_vector = false;   // a decision concerns all lanes: a lane's last bits may depend on its neighbours
-  bool has_lane_test = false;  // some lanes go to a rare-case routine
+  double max_ulp = 0;               // largest error in ULP; 0 where the kernel states none: the result is exact
+  std::vector<double> seams;        // arguments where the algorithm changes (a float kernel's are exact here)
+  std::vector<double> domain;       // lowest and highest x for which max_ulp holds; empty: all
+  bool whole_vector = false;        // a decision concerns all lanes: a lane's last bits may depend on its neighbours
+  bool has_lane_test = false;       // some lanes go to a rare-case routine
+  bool every_lane_special = false;  // all lanes that exist do, and no other
   // The kernel's own lane test on the bits of one lane of each argument; null without a lane test.
   bool (*flags)(const uint64_t* argument_bits) = nullptr;
   // Whether such a lane sends the whole vector through the large path; null without a large path. Only there are lanes flagged.
