@@ -42,11 +42,7 @@ struct exp_f32 : kernel<f32, exp_f32_constants> {
   static i32x4 special(f32x4 x, const constants& k) { return (as_int(x) & k.magnitude) > k.limit; }
 
   static int rare(const float* x, float* result) {
-    uint32_t bits = bits_of(*x);
-    if (is_not_finite(bits)) {
-      if (bits == 0xff800000) return *result = 0.0f, ordinary;
-      return *result = opaque(*x) * *x, ordinary;
-    }
+    if (is_not_finite(bits_of(*x))) return exponential_of_not_finite(*x, result);
     if (*x > scalar(0x42b17217, 88.7228317f)) return *result = overflowed<float>(), overflow;
     if (*x < scalar(0xc2cff1b4, -103.972076f)) return *result = underflowed<float>(), underflow;
 
@@ -58,7 +54,8 @@ struct exp_f32 : kernel<f32, exp_f32_constants> {
     float p = horner(r, scalar(0x3c0950ef, 0.0083811125f), scalar(0x3d2bb1b6, 0.041917525f), scalar(0x3e2aa9c6, 0.16666326f),
                      scalar(0x3efffe85, 0.4999887f), scalar(0x3f800001, 1.0000001f), scalar(0x3f800001, 1.0000001f));
     if (*x < scalar(0xc2aeac4f, -87.3365402f)) {  // subnormal: one rounding, in the last product
-      *result = p * power_of_two<float>(n + 60) * scalar(0x21800000, 0x1p-60f);
+      // The bits that are rounded away may all be zero: underflow is raised by a +0 of its own.
+      *result = p * power_of_two<float>(n + 60) * scalar(0x21800000, 0x1p-60f) + underflowed<float>();
       return underflow;
     }
     if (n > 127)
@@ -131,24 +128,16 @@ struct exp_f64 : kernel<f64, exp_f64_constants> {
   static i32x4 special(f64x2 x, const constants& k) { return words(x & k.magnitude) > k.limit; }
 
   static int rare(const double* x, double* result) {
-    uint64_t bits = bits_of(*x);
-    if (is_not_finite(bits)) {
-      if (bits == 0xfff0000000000000) return *result = 0.0, ordinary;
-      return *result = opaque(*x) * *x, ordinary;
-    }
-    if ((bits >> 52 & 0x7ff) < 971) return *result = 1 + *x, ordinary;
+    if (is_not_finite(bits_of(*x))) return exponential_of_not_finite(*x, result);
+    if ((bits_of(*x) >> 52 & 0x7ff) < 971) return *result = 1 + *x, ordinary;
     if (*x > scalar(0x40862e42fefa39ef, 709.782712893384)) return *result = overflowed<double>(), overflow;
     if (*x < scalar(0xc0874910d52d3051, -745.1332191019411)) return *result = underflowed<double>(), underflow;
 
-    // e^x = 2^m 2^(j/64) (1 + q): 64 steps to an octave, the table to twice the precision.
+    // e^x = 2^(n/64) e^r with n = round(x 64 / ln 2) and |r| <= ln 2 / 128.
     double t = *x * scalar(0x40571547652b82fe, 92.33248261689366) + scalar(0x4338000000000000, 6755399441055744.0);
     double n = t - scalar(0x4338000000000000, 6755399441055744.0);
     double r = *x - n * scalar(0x3f862e42fefa0000, 0.010830424696223417) - n * scalar(0x3d1cf79abc9e3b3a, 2.572804622327669e-14);
-    int32_t i = static_cast<int32_t>(bits_of(t));
-    double p = horner(r, scalar(0x3f56c16a1c2a3ffd, 1.3888870459233254e-3), scalar(0x3f8111123aaf20d3, 8.333341995140497e-3),
-                      scalar(0x3fa5555555558fcc, 4.166666666677052e-2), scalar(0x3fc55555555548f8, 0.1666666666665788), 0.5);
-    const exp2_j64_pair& row = exp2_j64_pairs[i & 63];
-    return scaled(row.high, p * (r * r) + r + row.low, i >> 6, result);
+    return exp_in_steps(static_cast<int32_t>(bits_of(t)), r, result);
   }
 };
 

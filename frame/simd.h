@@ -215,21 +215,23 @@ VORX_INLINE uint32_t extract(i32x4 a) {
   return static_cast<uint32_t>(_mm_extract_epi32(a.v, lane));
 }
 
-// Table look-up: lane i is table[index in lane i]. The indices of doubles stand in the low words of 64-bit lanes.
+// Fixes the order in the compiled code: what is computed from `later` comes after all that leads to `earlier`. Keeps the compiler
+// from holding more values in registers than there are; the processor still overlaps both.
+VORX_INLINE void in_order(auto& earlier, auto& later) { asm("" : "+x"(earlier.v), "+x"(later.v)); }
+
+// Table look-up: lane i is table[index in lane i]. The indices of doubles stand in the low words of 64-bit lanes. No more than
+// two indices are in general registers at a time.
 VORX_INLINE f64x2 lookup(const double* table, i64x2 index) {
   __m128d low = _mm_load_sd(table + extract<0>(as_i32(index)));
   return {_mm_loadh_pd(low, table + extract<2>(as_i32(index)))};
 }
 VORX_INLINE f32x4 lookup(const float* table, i32x4 index) {
-  __m128 row = _mm_load_ss(table + extract<0>(index));
-  row = _mm_insert_ps(row, _mm_load_ss(table + extract<1>(index)), 0x10);
-  row = _mm_insert_ps(row, _mm_load_ss(table + extract<2>(index)), 0x20);
-  return {_mm_insert_ps(row, _mm_load_ss(table + extract<3>(index)), 0x30)};
+  f32x4 y = {_mm_load_ss(table + extract<0>(index))};
+  y = {_mm_insert_ps(y.v, _mm_load_ss(table + extract<1>(index)), 0x10)};
+  in_order(y, index);
+  y = {_mm_insert_ps(y.v, _mm_load_ss(table + extract<2>(index)), 0x20)};
+  return {_mm_insert_ps(y.v, _mm_load_ss(table + extract<3>(index)), 0x30)};
 }
-
-// Fixes the order in the compiled code: what is computed from `later` comes after all that leads to `earlier`. Keeps the compiler
-// from holding more values in registers than there are; the processor still overlaps both.
-VORX_INLINE void in_order(auto& earlier, auto& later) { asm("" : "+x"(earlier.v), "+x"(later.v)); }
 
 // Look-up by bytes: one load for each lane, at a byte offset that stands in a 32-bit lane, counted from a place before the table.
 // The offsets are extracted one after the other, so that one integer register does.
@@ -265,6 +267,13 @@ VORX_INLINE f64x2_pair gather_pairs(const double* table, i32x4 offsets, int befo
   f64x2 a = {_mm_loadu_pd(reinterpret_cast<const double*>(row_address<0>(table, offsets, before)))};
   in_order(a, offsets);
   f64x2 b = {_mm_loadu_pd(reinterpret_cast<const double*>(row_address<1>(table, offsets, before)))};
+  return {{_mm_unpacklo_pd(a.v, b.v)}, {_mm_unpackhi_pd(a.v, b.v)}};
+}
+VORX_INLINE f64x2_pair gather_pairs(const double* table, i64x2 offsets) {  // offsets in the low words of both lanes
+  i32x4 words = as_i32(offsets);
+  f64x2 a = {_mm_load_pd(reinterpret_cast<const double*>(row_address<0>(table, words, 0)))};
+  in_order(a, words);
+  f64x2 b = {_mm_load_pd(reinterpret_cast<const double*>(row_address<2>(table, words, 0)))};
   return {{_mm_unpacklo_pd(a.v, b.v)}, {_mm_unpackhi_pd(a.v, b.v)}};
 }
 

@@ -1,0 +1,261 @@
+// The exponentials: statuses, flags and accuracy of the scalar routines, which no entry point shows; the ends of the native
+// range.
+#include <gtest/gtest.h>
+#include <immintrin.h>
+#include <mpfr.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+
+#include "explog/exp.h"
+#include "explog/exp10.h"
+#include "explog/exp2.h"
+#include "explog/expm1.h"
+
+using namespace vorx;
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+using function = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t);
+
+// The function in 120 bits, and distances from it.
+class reference {
+ public:
+  reference(function f, double x) {
+    mpfr_init2(x_, 53);
+    mpfr_init2(y_, 120);
+    mpfr_set_d(x_, x, MPFR_RNDN);
+    f(y_, x_, MPFR_RNDN);
+  }
+  ~reference() {
+    mpfr_clear(x_);
+    mpfr_clear(y_);
+  }
+  // In units of the last place that a T of the exact value's size has.
+  template <class T>
+  double ulp_from(T y) {
+    using limits = std::numeric_limits<T>;
+    int place = std::max<int>(mpfr_get_exp(y_), limits::min_exponent) - limits::digits;
+    return scaled_distance(y, place);
+  }
+  double relative_distance(double y) { return scaled_distance(y, mpfr_get_exp(y_)) / std::fabs(significand()); }
+  template <class T>
+  bool overflows() {
+    return mpfr_get_exp(y_) > std::numeric_limits<T>::max_exponent;
+  }
+  template <class T>
+  bool subnormal() {
+    return mpfr_get_exp(y_) < std::numeric_limits<T>::min_exponent;
+  }
+
+ private:
+  double scaled_distance(double y, int place) {
+    mpfr_t d;
+    mpfr_init2(d, 120);
+    mpfr_sub_d(d, y_, y, MPFR_RNDN);
+    mpfr_mul_2si(d, d, -place, MPFR_RNDN);
+    double distance = std::fabs(mpfr_get_d(d, MPFR_RNDN));
+    mpfr_clear(d);
+    return distance;
+  }
+  double significand() {
+    long exponent;
+    return mpfr_get_d_2exp(&exponent, y_, MPFR_RNDN);
+  }
+  mpfr_t x_, y_;
+};
+
+template <class T>
+struct outcome {
+  T result;
+  int status;
+  unsigned flags;
+};
+template <class K>
+using scalar_of = typename K::type::scalar;
+
+template <class K>
+auto rare(scalar_of<K> x) {
+  outcome<scalar_of<K>> o;
+  int (*volatile routine)(const scalar_of<K>*, scalar_of<K>*) = K::rare;  // a call, so that it stays between the flags
+  _mm_setcsr(0x1f80);
+  o.status = routine(&x, &o.result);
+  o.flags = _mm_getcsr() & (_MM_EXCEPT_INVALID | _MM_EXCEPT_OVERFLOW | _MM_EXCEPT_UNDERFLOW);
+  return o;
+}
+
+template <class K>
+auto path(scalar_of<K> x) {
+  auto y = K::path(all(x), constant_pool<typename K::constants>);
+  decltype(x) lane;
+  std::memcpy(&lane, &y, sizeof lane);
+  return lane;
+}
+template <class K>
+bool flagged(scalar_of<K> x) {
+  auto mask = K::special(all(x), constant_pool<typename K::constants>);
+  return _mm_movemask_ps(_mm_castsi128_ps(mask.v)) & (sizeof x == 4 ? 1 : 2);
+}
+
+// Infinities, NaN and what is far out, of a base's power; `far` overflows.
+template <class K>
+void check_special_results(scalar_of<K> far) {
+  using T = scalar_of<K>;
+  auto bits = [](T x) { return bits_of(x); };
+  T inf = std::numeric_limits<T>::infinity();
+  auto at_inf = rare<K>(inf), at_minus_inf = rare<K>(-inf), above = rare<K>(far), below = rare<K>(-far);
+  EXPECT_EQ(bits(at_inf.result), bits(inf));
+  EXPECT_EQ(bits(at_minus_inf.result), bits(0));
+  EXPECT_EQ(bits(above.result), bits(inf));
+  EXPECT_EQ(bits(below.result), bits(0));
+  EXPECT_EQ(at_inf.status, ordinary);
+  EXPECT_EQ(at_minus_inf.status, ordinary);
+  EXPECT_EQ(above.status, overflow);
+  EXPECT_EQ(below.status, underflow);
+  EXPECT_EQ(at_inf.flags, 0);
+  EXPECT_EQ(at_minus_inf.flags, 0);
+  EXPECT_EQ(above.flags, _MM_EXCEPT_OVERFLOW);
+  EXPECT_EQ(below.flags, _MM_EXCEPT_UNDERFLOW);
+
+  auto quiet = rare<K>(std::numeric_limits<T>::quiet_NaN()), signalling = rare<K>(std::numeric_limits<T>::signaling_NaN());
+  EXPECT_NE(quiet.result, quiet.result);
+  EXPECT_EQ(quiet.flags, 0);
+  EXPECT_NE(signalling.result, signalling.result);
+  EXPECT_EQ(signalling.flags, _MM_EXCEPT_INVALID);
+  EXPECT_EQ(signalling.status, ordinary);
+}
+
+// Random arguments of the routine in [low, high]: error, status and flags.
+template <class K>
+void check_routine(function f, scalar_of<K> low, scalar_of<K> high, double limit) {
+  using T = scalar_of<K>;
+  std::mt19937_64 random(1);
+  std::uniform_real_distribution<T> argument(low, high);
+  double worst = 0;
+  int checked = 0;
+  for (int i = 0; i < 20000; i++) {
+    T x = argument(random);
+    if (!flagged<K>(x)) continue;
+    checked++;
+    reference exact(f, x);
+    auto o = rare<K>(x);
+    if (exact.overflows<T>()) {
+      EXPECT_EQ(o.result, infinity) << x;
+      EXPECT_EQ(o.status, overflow) << x;
+      EXPECT_EQ(o.flags, _MM_EXCEPT_OVERFLOW) << x;
+    } else {
+      worst = std::max(worst, exact.ulp_from(o.result));
+      EXPECT_EQ(o.status, exact.subnormal<T>() ? underflow : ordinary) << x;
+      if (exact.subnormal<T>()) EXPECT_EQ(o.flags, _MM_EXCEPT_UNDERFLOW) << x;
+    }
+  }
+  EXPECT_GT(checked, 10000);
+  EXPECT_LT(worst, limit);
+}
+
+// A native power: relative error in the normal range, infinity above, no more than the smallest normal number below.
+template <class K>
+void check_native(function f, scalar_of<K> low, scalar_of<K> high, double limit) {
+  using T = scalar_of<K>;
+  std::mt19937_64 random(2);
+  std::uniform_real_distribution<T> argument(low, high);
+  double worst = 0;
+  for (int i = 0; i < 20000; i++) {
+    T x = argument(random);
+    worst = std::max(worst, reference(f, x).relative_distance(path<K>(x)));
+  }
+  EXPECT_LT(worst, limit);
+  for (T x : {high * T(1.001), high * 2, std::numeric_limits<T>::max(), T(infinity)}) EXPECT_EQ(path<K>(x), infinity) << x;
+  for (T x : {low * T(1.001), low * 2, std::numeric_limits<T>::lowest(), T(-infinity)})
+    EXPECT_EQ(bits_of(path<K>(x)), bits_of(T(0))) << x;
+}
+
+// A NaN stays one whatever its payload, which stands where the integer part would be.
+template <class K>
+void check_nan_payloads() {
+  using T = typename K::type::scalar;
+  using I = typename K::type::integer;
+  const I quiet_nan = bits_of(std::numeric_limits<T>::quiet_NaN());
+  for (I payload = 0; payload < 4096; payload++)
+    for (I sign : {I(0), I(1) << (8 * sizeof(I) - 1)}) {
+      T y = path<K>(std::bit_cast<T>(quiet_nan | sign | payload));
+      ASSERT_NE(y, y) << payload;
+    }
+}
+
+}  // namespace
+
+TEST(Exponentials, ScalarRoutinesAtInfinitiesAndNaN) {
+  check_special_results<exp_f32>(1000);
+  check_special_results<exp_f64>(1000);
+  check_special_results<exp2_f32>(1e30f);
+  check_special_results<exp2_f64>(1e300);
+  check_special_results<exp10_f32>(1e30f);
+  check_special_results<exp10_f64>(1e300);
+
+  auto below = rare<expm1_f32>(-1e30f);
+  EXPECT_EQ(below.result, -1);
+  EXPECT_EQ(below.status, ordinary);
+  EXPECT_EQ(below.flags, 0);
+  EXPECT_EQ(rare<expm1_f32>(-infinity).result, -1);
+  EXPECT_EQ(rare<expm1_f32>(1e30f).status, overflow);
+  EXPECT_EQ(rare<expm1_f64>(-1e300).result, -1);
+  EXPECT_EQ(rare<expm1_f64>(-infinity).result, -1);
+  EXPECT_EQ(rare<expm1_f64>(1e300).status, overflow);
+  EXPECT_NE(rare<expm1_f32>(NAN).result, rare<expm1_f32>(NAN).result);
+  EXPECT_NE(rare<expm1_f64>(NAN).result, rare<expm1_f64>(NAN).result);
+}
+
+TEST(Exponentials, ScalarRoutinesIntoSubnormalsAndOverflow) {
+  check_routine<exp_f32>(mpfr_exp, -103.97f, -87.34f, 1.75);
+  check_routine<exp_f32>(mpfr_exp, 87.34f, 88.8f, 2.65);
+  check_routine<exp2_f32>(mpfr_exp2, -149.9f, -126, 0.51);
+  check_routine<exp2_f32>(mpfr_exp2, 126, 128.1f, 0.51);
+  check_routine<exp10_f32>(mpfr_exp10, -45.15f, -37.9f, 0.51);
+  check_routine<exp10_f32>(mpfr_exp10, 37.9f, 38.6f, 0.51);
+  check_routine<expm1_f32>(mpfr_expm1, 86.6f, 88.8f, 0.51);
+  check_routine<exp_f64>(mpfr_exp, -745.1, -708.3, 0.52);
+  check_routine<exp_f64>(mpfr_exp, 708.3, 709.8, 0.52);
+  check_routine<exp2_f64>(mpfr_exp2, -1074.9, -1022, 0.52);
+  check_routine<exp2_f64>(mpfr_exp2, 1022, 1024.1, 0.52);
+  check_routine<exp10_f64>(mpfr_exp10, -323.6, -307.6, 0.52);
+  check_routine<exp10_f64>(mpfr_exp10, 307.6, 308.3, 0.52);
+  check_routine<expm1_f64>(mpfr_expm1, 707.7, 709.8, 0.52);
+}
+
+// Bits that a slip in a table, a coefficient or the order of operations changes: where the vector paths are at their worst.
+TEST(Exponentials, WorstArgumentsOfThePaths) {
+  auto error = [](auto y, function f, double x) { return reference(f, x).ulp_from(y); };
+  EXPECT_NEAR(error(path<exp_f32>(-5.89163828f), mpfr_exp, -5.89163828f), 2.93, 0.005);
+  EXPECT_EQ(bits_of(path<exp10_f32>(0.0f)), 0x3f800001);  // by the constant term of its linear polynomial
+}
+
+TEST(Exponentials, DoubleExpOfTinyArguments) {
+  for (double x : {0.0, -0.0, 0x1p-1074, -0x1p-1022, 0x1p-54, -0x1p-54, 0x1.8p-53, -0x1.8p-53, 0x1.fffffffffffffp-53,
+                   -0x1.fffffffffffffp-53}) {
+    EXPECT_EQ(bits_of(path<exp_f64>(x)), bits_of(1 + x)) << x;
+    EXPECT_EQ(bits_of(rare<exp_f64>(x).result), bits_of(1 + x)) << x;
+  }
+}
+
+TEST(Exponentials, NativeRange) {
+  check_native<exp2_f32_native>(mpfr_exp2, -126, 128, 0x1p-13);
+  check_native<exp10_f32_native>(mpfr_exp10, -37.92f, 38.53f, 0x1p-13);
+  check_native<exp_f64_native>(mpfr_exp, -708.39, 709.78, 0x1p-40);
+  check_native<exp2_f64_native>(mpfr_exp2, -1022, 1024, 0x1p-40);
+  check_native<exp10_f64_native>(mpfr_exp10, -307.65, 308.25, 0x1p-40);
+  for (float x : {88.73f, 1000.0f, 3e38f, float(infinity)}) EXPECT_EQ(path<expm1_f32_native>(x), infinity) << x;
+  for (float x : {-86.7f, -1000.0f, -3e38f, -float(infinity)}) EXPECT_EQ(path<expm1_f32_native>(x), -1) << x;
+  for (double x : {709.79, 1e4, 1e300, infinity}) EXPECT_EQ(path<expm1_f64_native>(x), infinity) << x;
+  for (double x : {-707.8, -1e4, -1e300, -infinity}) EXPECT_EQ(path<expm1_f64_native>(x), -1) << x;
+  check_nan_payloads<exp2_f32_native>();
+  check_nan_payloads<exp10_f32_native>();
+  check_nan_payloads<expm1_f32_native>();
+  check_nan_payloads<exp_f64_native>();
+  check_nan_payloads<exp2_f64_native>();
+  check_nan_payloads<exp10_f64_native>();
+  check_nan_payloads<expm1_f64_native>();
+}
