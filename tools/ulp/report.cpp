@@ -147,13 +147,13 @@ void write_csv_row(std::FILE* f, const entry_point& k, const outcome& o, const o
   std::fflush(f);
 }
 
-void write_witness_head(std::FILE* f) { std::fprintf(f, "function,type,variant,argument_bits,result_bits,ulp\n"); }
+void write_witness_head(std::FILE* f) { std::fprintf(f, "function,type,variant,argument_bits,result_bits,result,signed_ulp\n"); }
 
 void write_witness(std::FILE* f, const entry_point& k, const outcome& o) {
   const statistics& s = o.found;
   if (s.largest > 0)
-    std::fprintf(f, "%s,%s,%s,%s,%s,%.6g\n", k.of->name, type_name(k.type), variant_name(k), in_bits(k, s.worst).c_str(),
-                 out_bits(k, s.worst).c_str(), s.largest);
+    std::fprintf(f, "%s,%s,%s,%s,%s,%d,%.9g\n", k.of->name, type_name(k.type), variant_name(k), in_bits(k, s.worst).c_str(),
+                 out_bits(k, s.worst).c_str(), s.worst.result, s.worst_signed);
 }
 
 bool write_profile(const std::string& directory, const entry_point& k, const outcome& o) {
