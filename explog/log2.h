@@ -113,7 +113,7 @@ struct log2_f64 : kernel<f64, log2_f64_constants> {
     log2_reduction s = reduce_by_128ths(select(subnormal, scaled, x), k);
     f64x2 y = evaluate(s, s.exponent + as_float(subnormal & k.subnormal_exponent), k);
 
-    f64x2 one = k.one, zero = {_mm_setzero_pd()};
+    f64x2 one = k.one, zero = {opaque(_mm_setzero_pd())};  // or the divisions below would be done by the compiler
     i64x2 not_finite = as_i64(as_i32(exponent) == as_i32(k.infinity));
     f64x2 itself = select(not_finite, x, one);
     y = select(not_finite, itself * itself, y);
