@@ -28,7 +28,13 @@ ulp: $(BUILD)/build.ninja
 	$(BUILD)/ulp $(or $(ARGS),--all --brief)
 
 # docs/*.md and plots, from what the tools measure; the numbers are kept in docs/data.
-docs: docs/speed.md
+# EXHAUSTIVE=1 also runs kernels over all 2^32 inputs where docs/data/exhaustive.csv has no valid result: minutes for each.
+docs: docs/speed.md docs/accuracy.md
+
+.PHONY: docs/accuracy.md
+docs/accuracy.md:
+	cmake --build $(BUILD) --target ulp generated -j $(JOBS)
+	python3 tools/ulp/accuracy_page.py $(BUILD)/ulp docs $(COMMIT) $(if $(EXHAUSTIVE),--exhaustive)
 
 .PHONY: docs/speed.md
 docs/speed.md:

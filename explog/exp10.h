@@ -80,10 +80,10 @@ struct exp10_f64_constants {
 };
 static_assert(low_zero_bits(exp10_f64_constants{}.step_hi) >= 18);
 
-// Accurate: 1.21 ULP. Special results: exp10(-inf) = +0, exp10(+inf) = +inf, NaN for NaN; +inf above 308.2547, gradual underflow
+// Accurate: 1.25 ULP. Special results: exp10(-inf) = +0, exp10(+inf) = +inf, NaN for NaN; +inf above 308.2547, gradual underflow
 // below -307.6526, +0 below -323.6072.
 struct exp10_f64 : kernel<f64, exp10_f64_constants> {
-  static constexpr double max_ulp = 1.22;
+  static constexpr double max_ulp = 1.26;
   static constexpr double seams[] = {-323.60724533877976, -307.652655568588784, -307.652587890625, 307.652587890625,
                                      308.2547155599167};
 

@@ -15,7 +15,7 @@
   namespace SYMBOL {                                                                                                       \
   using e = ::vorx::entry<::vorx::shapes::SHAPE, KERNEL, LANES, ::vorx::fill::FILL>;                                       \
   [[gnu::cold, gnu::noinline]] inline e::out VORX_CALL cold(e::in, e::word) asm("\01" #SYMBOL ".cold");                   \
-  [[gnu::used]]              static e::out VORX_CALL body(e::in, e::word) asm("\01" #SYMBOL ".body");                     \
+  [[gnu::used]] static e::out VORX_CALL body(e::in, e::word) asm("\01" #SYMBOL ".body");                                  \
   static e::out VORX_CALL body(e::in r, e::word w) {                                                                       \
     r = e::filled(r);                                                                                                      \
     auto k = e::address_of_constants();                                                                                    \

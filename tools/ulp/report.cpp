@@ -130,20 +130,22 @@ void write_csv_head(std::FILE* f) {
   std::fprintf(
       f,
       "function,type,variant,width,inputs,exhaustive,seed,largest_ulp,worst_arguments,worst_results,correctly_rounded_percent,"
-      "limit,claim,outside_claim,whole_vector,neighbour_matters,faults,digest,verdict\n");
+      "limit,claim,domain,outside_claim,whole_vector,neighbour_matters,faults,digest,verdict\n");
 }
 
 void write_csv_row(std::FILE* f, const entry_point& k, const outcome& o, const options& how) {
   const statistics& s = o.found;
   const double limit = limit_of(*k.of, k.type);
+  const claims& c = claims_of(k);
+  const std::string domain = c.domain.size() == 2 ? number(c.domain[0]) + " to " + number(c.domain[1]) : "";
   std::fprintf(f,
-               "%s,%s,%s,%d,%" PRIu64 ",%s,%" PRIu64 ",%.6g,%s,%s,%.4f,%s,%.6g,%" PRIu64 ",%s,%" PRIu64 ",%" PRIu64 ",%016" PRIx64
-               ",%s\n",
-               k.of->name, type_name(k.type), variant_name(k), how.width, s.inputs,
-               o.exhaustive && how.stride == 1 && o.complete ? "yes" : "no", how.seed, std::max(s.largest, 0.0),
-               in_bits(k, s.worst).c_str(), out_bits(k, s.worst).c_str(), percent(s.correct, s.measured),
-               k.native || std::isinf(limit) ? "" : number(limit).c_str(), claims_of(k).max_ulp, s.outside,
-               claims_of(k).whole_vector ? "yes" : "no", s.neighbour_matters, s.fault_count(), s.digest, verdict(k, o).c_str());
+               "%s,%s,%s,%d,%" PRIu64 ",%s,%" PRIu64 ",%.6g,%s,%s,%.4f,%s,%.6g,%s,%" PRIu64 ",%s,%" PRIu64 ",%" PRIu64
+               ",%016" PRIx64 ",%s\n",
+               k.of->name, type_name(k.type), variant_name(k), how.width, s.inputs, o.exhaustive && o.complete ? "yes" : "no",
+               how.seed, std::max(s.largest, 0.0), in_bits(k, s.worst).c_str(), out_bits(k, s.worst).c_str(),
+               percent(s.correct, s.measured), k.native || std::isinf(limit) ? "" : number(limit).c_str(), c.max_ulp,
+               domain.c_str(), s.outside, c.whole_vector ? "yes" : "no", s.neighbour_matters, s.fault_count(), s.digest,
+               verdict(k, o).c_str());
   std::fflush(f);
 }
 

@@ -25,8 +25,8 @@ extern std::atomic<bool> interrupted;  // set by SIGINT: runs stop at the next b
 
 struct outcome {
   statistics found;
-  bool exhaustive = false;  // all 2^32 inputs (or every stride-th) were asked for
-  bool complete = false;    // and not interrupted
+  bool exhaustive = false;  // all 2^32 inputs were asked for
+  bool complete = false;    // the run was not interrupted
   double seconds = 0;
 };
 

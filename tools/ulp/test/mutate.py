@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
-"""Changes the last bit of one number in a copy of a source file: mutate.py FILE COPY constant STRUCT NAME | table NUMBER
+"""Changes one bit of one number in a copy of a source file: mutate.py FILE COPY constant STRUCT NAME | table NUMBER
 
-`constant` takes a member c(bits, decimal) of a constants struct, `table` the n-th hexadecimal floating-point number of the file.
+`constant` takes a member c(bits, decimal) of a constants struct and changes its last bit; `table` takes the n-th hexadecimal double
+of the file and changes the last bit but one, for the last one may be all but a tie in the exact value.
 """
-import math
 import re
+import struct
 import sys
 
 
@@ -18,7 +19,8 @@ def constant(text, struct, name):
 
 def table(text, number):
     found = list(re.finditer(r"-?0x[0-9a-f]\.?[0-9a-f]*p[+-]?[0-9]+", text))[int(number)]
-    changed = math.nextafter(float.fromhex(found[0]), math.inf)
+    bits = struct.unpack("<q", struct.pack("<d", float.fromhex(found[0])))[0] ^ 2
+    changed = struct.unpack("<d", struct.pack("<q", bits))[0]
     return text[: found.start()] + changed.hex() + text[found.end() :]
 
 

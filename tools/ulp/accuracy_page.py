@@ -1,0 +1,274 @@
+#!/usr/bin/env python3
+"""Measures the accuracy of all kernels and makes docs/accuracy.md and its plots: accuracy_page.py TOOL DOCS COMMIT [--exhaustive]
+
+DOCS/data/accuracy.csv is measured anew: a sample of every kernel. DOCS/data/exhaustive.csv keeps what took minutes for each kernel:
+runs over all 2^32 inputs. Such a row is valid while the kernel's results are the same bits, which a digest over a million inputs
+shows. --exhaustive runs what has no valid row; without it the page falls back to the sample. Plots need gnuplot.
+"""
+import csv
+import json
+import math
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+
+COUNT = 1000000
+FINGERPRINT = ["--exhaustive", "--stride", "4099", "--count", "0"]  # a million inputs of kernels that have 2^32
+PLOT_STRIDE = "257"
+FAMILIES = {
+    "explog": "Exponentials, logarithms, powers",
+    "roots": "Roots and quotients",
+    "trig": "Trigonometric functions",
+    "special": "Hyperbolic, error and gamma functions",
+    "exact": "Rounding, exact operations, conversions",
+}
+
+
+def key(row):
+    return row["function"], row["type"], row["variant"]
+
+
+def run(tool, *arguments):
+    """The rows that the tool writes, by kernel. A violated claim or limit is no error here: the page shows it."""
+    with tempfile.TemporaryDirectory() as scratch:
+        path = os.path.join(scratch, "rows.csv")
+        status = subprocess.run([tool, *arguments, "--brief", "--csv", path], stdout=subprocess.DEVNULL).returncode
+        if status not in (0, 1):
+            sys.exit(f"{tool} {' '.join(arguments)}: status {status}")
+        with open(path) as file:
+            return {key(row): row for row in csv.DictReader(file)}
+
+
+def write(path, rows, facts):
+    with open(path, "w", newline="") as file:
+        for name, value in facts.items():
+            file.write(f"# {name}: {value}\n")
+        writer = csv.DictWriter(file, list(rows[0]), lineterminator="\n")
+        writer.writeheader()
+        writer.writerows(rows)
+
+
+def read(path):
+    if not os.path.exists(path):
+        return {}
+    with open(path) as file:
+        return {key(row): row for row in csv.DictReader(line for line in file if not line.startswith("#"))}
+
+
+def processor():
+    with open("/proc/cpuinfo") as file:
+        fields = {name.strip(): value.strip() for name, _, value in (line.partition(":") for line in file)}
+    return f"{fields['model name']}, family {fields['cpu family']} model {fields['model']}"
+
+
+def exhaustive(tool, path, facts, run_missing):
+    """The valid rows of all-input runs, new ones included; the file is written after each, for they take long."""
+    kept = read(path)
+    valid = {}
+    fingerprints = {k: r["digest"] for k, r in run(tool, "--all", *FINGERPRINT).items() if int(r["inputs"]) > 0}
+    for k, fingerprint in fingerprints.items():
+        if k in kept and kept[k]["fingerprint"] == fingerprint:
+            valid[k] = kept[k]
+    for k, fingerprint in fingerprints.items():
+        if k in valid or not run_missing:
+            continue
+        print("all inputs of", *k, flush=True)
+        row = run(tool, k[0], "--type", k[1], "--variant", k[2], "--exhaustive")[k]
+        valid[k] = {**row, "fingerprint": fingerprint, "commit": facts["commit"], "processor": facts["processor"]}
+        write(path, list(valid.values()), {"made by": "make docs EXHAUSTIVE=1"})
+    return valid
+
+
+# ---- the page ----
+
+
+def ulp(text):
+    value = float(text)
+    return f"{value:.0f}" if value >= 100 else f"{value:.3f}".rstrip("0").rstrip(".")
+
+
+def shares(text):
+    value = float(text)
+    return "all" if value == 100 else f"{math.floor(100 * value) / 100:.2f} %"
+
+
+def inputs(row):
+    if row["exhaustive"] == "yes":
+        return "all 2^32"
+    n = int(row["inputs"])
+    return f"{n / 1e6:.0f} M" if n >= 1e6 else f"{n / 1e3:.0f} k"
+
+
+def accuracy_table(rows):
+    head = ["function", "type", "largest error", "at", "correctly rounded", "standard's limit", "our claim", "inputs", ""]
+    text = "| " + " | ".join(head) + " |\n|---|---|---:|---|---:|---:|---:|---:|---|\n"
+    for r in rows:
+        exact = float(r["largest_ulp"]) <= 0.5
+        cells = [
+            f"`{r['function']}`" + (" native" if r["variant"] == "native" else ""),
+            "float" if r["type"] == "f32" else "double",
+            ulp(r["largest_ulp"]),
+            "" if exact else f"`{r['worst_arguments']}`",
+            shares(r["correctly_rounded_percent"]),
+            "" if r["variant"] == "native" else {"0.5": "correct", "0": "exact", "": "none"}.get(r["limit"], r["limit"]),
+            "correct" if float(r["claim"]) <= 0.5 else ulp(r["claim"]) + (f" for x from {r['domain']}" if r["domain"] else ""),
+            inputs(r),
+            "" if r["verdict"] == "pass" else f"**{r['verdict']}**",
+        ]
+        text += "| " + " | ".join(cells) + " |\n"
+    return text
+
+
+def exact_table(rows):
+    text = "| function | type | inputs compared | |\n|---|---|---:|---|\n"
+    for r in rows:
+        result = "every bit right" if r["verdict"] == "pass" else f"**{r['verdict']}**"
+        text += f"| `{r['function']}` | {'float' if r['type'] == 'f32' else 'double'} | {inputs(r)} | {result} |\n"
+    return text
+
+
+def neighbour_table(rows):
+    text = "| function | type | inputs whose bits another lane changed | |\n|---|---|---:|---|\n"
+    for r in rows:
+        share = 100 * int(r["neighbour_matters"]) / int(r["inputs"])
+        name = f"`{r['function']}`" + (" native" if r["variant"] == "native" else "")
+        declared = "declared" if r["whole_vector"] == "yes" else "**not declared**"
+        text += f"| {name} | {'float' if r['type'] == 'f32' else 'double'} | {share:.2f} % | {declared} |\n"
+    return text
+
+
+def page(rows, families, facts, plots):
+    bad = [r for r in rows if r["verdict"] != "pass"]
+    text = f"""# Accuracy
+
+Made by `make docs` on commit {facts['commit']}, {facts['processor']}. Numbers and plots come from `build/ulp`; the data is in
+`docs/data/accuracy.csv` (samples: `{facts['command']}`) and `docs/data/exhaustive.csv` (all 2^32 inputs; each row names its commit).
+{len(rows)} kernels (function, type, variant) were measured; {len(rows) - len(bad)} keep the standard's limits and their own claims.
+
+- **Error**: |result - exact value| in units in the last place (ULP) of the binade that holds the exact value, which MPFR gives. Below
+  the normal range the unit is that of the subnormal numbers; results there are rounded gradually, never flushed.
+- **Correctly rounded**: the share of inputs whose result is the number nearest to the exact value. For float functions of one argument
+  with "all 2^32" this is the share of all floats, of which many are trivial; samples go where the errors are, so their shares are lower.
+- **Kinds**: a NaN, an infinity or a sign of zero in the wrong place is no matter of size. Such faults are counted apart, one is enough to
+  fail, and the last column names them; it is empty when there is none.
+- **Limits** are those of OpenCL C 3.0, full profile. Native variants have none: there the claim holds for normal arguments and results, in
+  the range of x given with it. A claim is `max_ulp` in the kernel's source, and the tool fails above it.
+- Every input is computed twice, among others and beside a lane with an infinity, a signalling NaN, a subnormal or a huge number.
+
+Reproduce any line: `make ulp ARGS="exp --type f32 --exhaustive"`, or `build/ulp --help`.
+"""
+    for family, title in FAMILIES.items():
+        mine = [r for r in rows if families[r["function"]] == family]
+        real = [r for r in mine if float(r["claim"]) > 0 or float(r["largest_ulp"]) > 0]
+        exact = [r for r in mine if r not in real]
+        if not mine:
+            continue
+        text += f"\n## {title}\n\n"
+        if real:
+            text += accuracy_table(real)
+        if exact:
+            text += ("\nBit for bit:\n\n" if real else "Compared bit for bit with a reference:\n\n") + exact_table(exact)
+        names = list(dict.fromkeys(r["function"] for r in real if r["function"] in plots))
+        if names:
+            text += "\nLargest error over the argument: " + ", ".join(f"[{n}](plots/accuracy_{n}.svg)" for n in names) + ".\n"
+    influenced = [r for r in rows if r["whole_vector"] == "yes" or int(r["neighbour_matters"]) > 0]
+    text += "\n## Lanes and their neighbours\n\n"
+    if influenced:
+        text += (
+            "Of all other kernels a lane's bits depend on its own arguments only. These choose one path for the whole vector, so that a large "
+            "argument in one lane may change the last bits of the others; both results are within the errors above.\n\n"
+        )
+        text += neighbour_table(influenced)
+    else:
+        text += "A lane's bits depend on its own arguments only, whatever the other lanes hold.\n"
+    return text
+
+
+# ---- plots ----
+
+
+def profile(path):
+    with open(path) as file:
+        return [(float(r["argument"]), float(r["ulp"])) for r in csv.DictReader(file)]
+
+
+def scaled(points):
+    """Positions on an axis that is logarithmic on both sides of zero, and its labels."""
+    finite = [(x, e) for x, e in points if math.isfinite(x)]
+    busy = [abs(x) for x, e in finite if e > 0.5 and x != 0] or [abs(x) for x, _ in finite if x != 0]
+    smallest, largest = min(busy) / 4, min(max(busy) * 4, max(abs(x) for x, _ in finite))
+
+    def position(x):
+        return math.copysign(math.log2(abs(x) + smallest) - math.log2(smallest), x)
+
+    positions = [(position(x), e) for x, e in finite if abs(x) <= largest]
+    left, right = min(p for p, _ in positions), max(p for p, _ in positions)
+    columns = {}  # the largest error in each of 300 columns
+    for p, e in positions:
+        column = round(300 * (p - left) / (right - left))
+        columns[column] = max(columns.get(column, 0), e)
+    kept = [(left + c * (right - left) / 300, e) for c, e in sorted(columns.items())]
+    low, high = math.ceil(math.log2(smallest)) + 2, math.floor(math.log2(largest))
+    step = max(1, (high - low) // 4)
+    tics = ['"0" 0']
+    for k in range(low, high + 1, step):
+        for sign in ("", "-"):
+            if any((x < 0) == (sign == "-") and abs(x) >= 2.0**k / 4 for x, _ in finite):
+                tics.append(f'"{sign}2^{{{k}}}" {position(float(sign + "1") * 2.0**k)}')
+    return kept, tics
+
+
+def plot(name, panels, directory, facts):
+    with tempfile.TemporaryDirectory() as scratch:
+        script = ["set terminal svg size 900,260 font 'sans,11' background 'white'",
+                  f"set output '{directory}/accuracy_{name}.svg'",
+                  f"set multiplot layout 1,{len(panels)}", "unset key", "set grid", "set yrange [0:*]", "set border 3", "set tics nomirror"]
+        for i, (title, path) in enumerate(panels):
+            points, tics = scaled(profile(path))
+            data = os.path.join(scratch, f"{i}")
+            with open(data, "w") as file:
+                file.writelines(f"{x:.4g} {e:.4g}\n" for x, e in points)
+            script += [f"set title '{title}'", "set xlabel 'x'", "set ylabel 'largest error (ULP)'", f"set xtics ({', '.join(tics)})",
+                       f"plot '{data}' with lines linecolor rgb '#1f5faa'"]
+        subprocess.run(["gnuplot"], input="\n".join(script) + "\n", text=True, check=True)
+
+
+def make_plots(tool, rows, directory, facts):
+    """One file for each function with an error: float and double side by side, accurate variants."""
+    if not shutil.which("gnuplot"):
+        print("no gnuplot: no plots")
+        return []
+    os.makedirs(directory, exist_ok=True)
+    names = list(dict.fromkeys(r["function"] for r in rows if r["variant"] == "accurate" and float(r["claim"]) > 0.5))
+    made = []
+    with tempfile.TemporaryDirectory() as scratch:
+        for name in names:
+            run(tool, name, "--variant", "accurate", "--exhaustive", "--stride", PLOT_STRIDE, "--count", str(COUNT), "--profile", scratch)
+            panels = [(f"{name}, {'float' if t == 'f32' else 'double'}", os.path.join(scratch, f"{name}_{t}.csv")) for t in ("f32", "f64")]
+            plot(name, [p for p in panels if os.path.exists(p[1])], directory, facts)
+            made.append(name)
+    return made
+
+
+def main():
+    arguments = [a for a in sys.argv[1:] if a != "--exhaustive"]
+    tool, docs, commit = arguments
+    command = ["--all", "--count", str(COUNT)]
+    facts = {"commit": commit, "processor": processor(), "command": f"build/ulp {' '.join(command)}"}
+    data = os.path.join(docs, "data")
+    os.makedirs(data, exist_ok=True)
+    sampled = run(tool, *command)
+    write(os.path.join(data, "accuracy.csv"), list(sampled.values()), facts)
+    complete = exhaustive(tool, os.path.join(data, "exhaustive.csv"), facts, "--exhaustive" in sys.argv)
+    rows = [{**row, **complete.get(k, {})} for k, row in sampled.items()]
+    plots = make_plots(tool, rows, os.path.join(docs, "plots"), facts)
+    with open(os.path.join(os.path.dirname(tool), "catalogue.json")) as file:
+        families = {entry["function"]: entry["family"] for entry in json.load(file)}
+    with open(os.path.join(docs, "accuracy.md"), "w") as file:
+        file.write(page(rows, families, facts, plots))
+
+
+if __name__ == "__main__":
+    main()
