@@ -3,6 +3,7 @@
 // NaN passes through, and share nothing with the kernels.
 #include <cfenv>
 #include <climits>
+#include <limits>
 #include <map>
 #include <string>
 
@@ -186,20 +187,15 @@ const std::map<std::string, row>& table(int r) {
 struct conversion {
   bool to_integer, is_signed, is_wide, saturates;
   int direction;  // of <cfenv>
-  mpfr_rnd_t mpfr_direction;
 };
 
 long double round_to_integer(long double x, int direction) {
-  switch (direction) {
-    case FE_DOWNWARD:
-      return std::floor(x);
-    case FE_UPWARD:
-      return std::ceil(x);
-    case FE_TOWARDZERO:
-      return std::trunc(x);
-    default:
-      return std::nearbyint(x);
-  }
+  const long double nearest = std::rint(x);  // by far the fastest of the C library's roundings
+  const bool down = direction == FE_DOWNWARD || (direction == FE_TOWARDZERO && x > 0);
+  const bool up = direction == FE_UPWARD || (direction == FE_TOWARDZERO && x < 0);
+  if (down && nearest > x) return nearest - 1;
+  if (up && nearest < x) return nearest + 1;
+  return nearest;
 }
 
 bits to_integer(const conversion& c, const float_format& f, uint64_t source) {
@@ -220,13 +216,21 @@ bits to_integer(const conversion& c, const float_format& f, uint64_t source) {
   return (r < 0 ? 0 - n : n) & all;
 }
 
+// Every source is exact in a long double; where rounding to nearest went to the wrong side, the neighbour is right.
+template <class T>
+uint64_t rounded_from(long double exact, int direction) {
+  const T nearest = static_cast<T>(exact), infinity = std::numeric_limits<T>::infinity();
+  const bool above = nearest > exact, below = nearest < exact;
+  const bool to_zero = direction == FE_TOWARDZERO;
+  if (above && (direction == FE_DOWNWARD || (to_zero && exact > 0))) return bits_of_value(std::nextafter(nearest, -infinity));
+  if (below && (direction == FE_UPWARD || (to_zero && exact < 0))) return bits_of_value(std::nextafter(nearest, infinity));
+  return bits_of_value(nearest);
+}
+
 bits from_integer(const conversion& c, const float_format& f, uint64_t source) {
-  real x(static_cast<mpfr_prec_t>(f.precision));
-  if (c.is_signed)
-    mpfr_set_sj(x, c.is_wide ? static_cast<int64_t>(source) : static_cast<int32_t>(source), c.mpfr_direction);
-  else
-    mpfr_set_uj(x, source, c.mpfr_direction);
-  return f.bytes == 4 ? bits_of_value(mpfr_get_flt(x, MPFR_RNDN)) : bits_of_value(mpfr_get_d(x, MPFR_RNDN));
+  const int64_t extended = c.is_wide ? static_cast<int64_t>(source) : static_cast<int32_t>(source);
+  const long double exact = c.is_signed ? static_cast<long double>(extended) : static_cast<long double>(source);
+  return f.bytes == 4 ? rounded_from<float>(exact, c.direction) : rounded_from<double>(exact, c.direction);
 }
 
 std::optional<conversion> parse(const std::string& name) {
@@ -238,7 +242,6 @@ std::optional<conversion> parse(const std::string& name) {
   c.is_wide = has("64");
   c.saturates = has("sat") && !has("nosat");
   c.direction = has("down") ? FE_DOWNWARD : has("up") ? FE_UPWARD : has("rtz") ? FE_TOWARDZERO : FE_TONEAREST;
-  c.mpfr_direction = has("down") ? MPFR_RNDD : has("up") ? MPFR_RNDU : has("rtz") ? MPFR_RNDZ : MPFR_RNDN;
   return c;
 }
 
