@@ -45,17 +45,21 @@ class progress {
   std::mutex mutex_;
 };
 
-// Work items 0, 1, ... on all threads, each with a runner of its own; their statistics together.
+// Work items 0, 1, ... on all threads, `items_of_a_runner` consecutive ones with a runner of their own; their statistics
+// together. What a runner finds depends on what it found before, so that only runners that always get the same items find the
+// same.
 template <class Work>
-statistics in_parallel(const entry_point& kernel, const options& o, uint64_t items, Work work) {
+statistics in_parallel(const entry_point& kernel, const options& o, uint64_t items, uint64_t items_of_a_runner, Work work) {
   statistics all;
   std::mutex mutex;
   std::atomic<uint64_t> next{0};
   auto worker = [&] {
-    runner r(kernel, o.width);
-    for (uint64_t item; !interrupted && (item = next++) < items;) work(r, item);
-    std::lock_guard lock(mutex);
-    all.merge(r.found());
+    for (uint64_t first; !interrupted && (first = items_of_a_runner * next++) < items;) {
+      runner r(kernel, o.width);
+      for (uint64_t item = first; !interrupted && item < std::min(first + items_of_a_runner, items); item++) work(r, item);
+      std::lock_guard lock(mutex);
+      all.merge(r.found());
+    }
     mpfr_free_cache();
   };
   std::vector<std::thread> threads;
@@ -68,7 +72,7 @@ statistics in_parallel(const entry_point& kernel, const options& o, uint64_t ite
 statistics all_inputs(const entry_point& kernel, const options& o) {
   const uint64_t blocks = ((1ull << 32) / block + o.stride - 1) / o.stride, in_batch = batch / block;
   progress bar(kernel, blocks, o.progress);
-  return in_parallel(kernel, o, (blocks + in_batch - 1) / in_batch, [&](runner& r, uint64_t item) {
+  return in_parallel(kernel, o, (blocks + in_batch - 1) / in_batch, 256, [&](runner& r, uint64_t item) {
     const uint64_t first = item * in_batch, count = std::min(in_batch, blocks - first);
     r.blocks(first * o.stride, count, o.stride);
     bar.add(count);
@@ -77,7 +81,7 @@ statistics all_inputs(const entry_point& kernel, const options& o) {
 
 statistics sampled_inputs(const entry_point& kernel, const options& o) {
   progress bar(kernel, o.count, o.progress);
-  return in_parallel(kernel, o, shards, [&](runner& r, uint64_t shard) {
+  return in_parallel(kernel, o, shards, 1, [&](runner& r, uint64_t shard) {
     sampler s(kernel, o.seed, shard, shards);
     std::vector<arguments> in;
     std::vector<double> errors;

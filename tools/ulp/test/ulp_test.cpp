@@ -170,6 +170,19 @@ TEST(Exhaustive, AgreesWithAnIndependentCount) {
   EXPECT_NEAR(std::stod(fields.at(10)), 100.0 * static_cast<double>(correct) / static_cast<double>(inputs), 1e-4);
 }
 
+// Kernels whose lanes depend on their neighbours, so that any difference between two samples would show.
+TEST(Sample, DoesNotDependOnThreads) {
+  std::string found[2];
+  for (int threads : {1, 3}) {
+    const std::string csv = std::string(VORX_SCRATCH) + "/threads.csv";
+    run_tool("sin --count 200000 --seed 9 --threads " + std::to_string(threads) + " --csv " + csv);
+    std::ifstream file(csv);
+    found[threads / 3].assign(std::istreambuf_iterator<char>(file), {});
+  }
+  EXPECT_GT(found[0].size(), 400u);
+  EXPECT_EQ(found[0], found[1]);
+}
+
 // Two libraries that differ from ours in one bit: of exp's constant term, and of one of the 1024 entries of double exp's table.
 TEST(Faults, OneWrongBitFails) {
   output coefficient = run_tool("exp --brief --type f32 --variant accurate --exhaustive --stride 1009", VORX_CHANGED_COEFFICIENT);
