@@ -131,7 +131,7 @@ struct tan_f64_path : kernel<f64, tan_f64_constants> {
 // Accurate: 4.38 ULP, 0.51 ULP in vectors with a lane above 128000. Special results as for float.
 struct tan_f64 : with_rare_cases<with_large_path<tan_f64_path>> {
   static constexpr double max_ulp = 4.38;
-  static constexpr double seams[] = {-128000.0, -0x1p-20, 0x1p-20, 128000.0};
+  static constexpr double seams[] = {-128000.0, -0x1p-27, 0x1p-27, 128000.0};
   static f64x2 large_path(f64x2 x) { return {tan_large(x.v)}; }
 };
 
