@@ -76,9 +76,9 @@ struct exp_f32_native_constants {
   rep32 c0 = c(0x3f800000, 1.0f);
 };
 
-// Native: 1815 ULP (1.1e-4 relative) for |x| <= 87.3; unspecified beyond, where the exponent wraps.
+// Native: 1821 ULP (1.1e-4 relative) for |x| <= 87.3; unspecified beyond, where the exponent wraps.
 struct exp_f32_native : kernel<f32, exp_f32_native_constants> {
-  static constexpr double max_ulp = 1815;
+  static constexpr double max_ulp = 1821;
 
   static f32x4 path(f32x4 x, const constants& k) {
     f32x4 t = x * k.log2e + k.shifter;

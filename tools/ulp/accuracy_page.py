@@ -2,8 +2,8 @@
 """Measures the accuracy of all kernels and makes docs/accuracy.md and its plots: accuracy_page.py TOOL DOCS COMMIT [--exhaustive]
 
 DOCS/data/accuracy.csv is measured anew: a sample of every kernel. DOCS/data/exhaustive.csv keeps what took minutes for each kernel:
-runs over all 2^32 inputs. Such a row is valid while the kernel's results are the same bits, which a digest over a million inputs
-shows. --exhaustive runs what has no valid row; without it the page falls back to the sample. Plots need gnuplot.
+runs over all 2^32 inputs. Such a row is valid while the kernel's claim is the same and its results are the same bits, which a digest
+over a million inputs shows. --exhaustive runs what has no valid row; without it the page falls back to the sample. Plots need gnuplot.
 """
 import csv
 import json
@@ -17,6 +17,10 @@ import tempfile
 COUNT = 1000000
 FINGERPRINT = ["--exhaustive", "--stride", "4099", "--count", "0"]  # a million inputs of kernels that have 2^32
 PLOT_STRIDE = "257"
+# Where a logarithm is small: |ln| of the argument (of 1 + x for log1p) is up to 2^-7.
+NEAR_ONE = {"log": ["0x1.fcp-1", "0x1.02p0"], "log2": ["0x1.fcp-1", "0x1.02p0"], "log10": ["0x1.fcp-1", "0x1.02p0"],
+            "log1p": ["-0x1p-7", "0x1p-7"]}
+NAMES_OF_BOUNDS = {"0x1.fcp-1": "1 - 2^-7", "0x1.02p0": "1 + 2^-7", "-0x1p-7": "-2^-7", "0x1p-7": "2^-7"}
 FAMILIES = {
     "explog": "Exponentials, logarithms, powers",
     "roots": "Roots and quotients",
@@ -67,16 +71,16 @@ def exhaustive(tool, path, facts, run_missing):
     """The valid rows of all-input runs, new ones included; the file is written after each, for they take long."""
     kept = read(path)
     valid = {}
-    fingerprints = {k: r["digest"] for k, r in run(tool, "--all", *FINGERPRINT).items() if int(r["inputs"]) > 0}
-    for k, fingerprint in fingerprints.items():
-        if k in kept and kept[k]["fingerprint"] == fingerprint:
+    now = {k: r for k, r in run(tool, "--all", *FINGERPRINT).items() if int(r["inputs"]) > 0}
+    for k, row in now.items():
+        if k in kept and kept[k]["fingerprint"] == row["digest"] and kept[k]["claim"] == row["claim"]:
             valid[k] = kept[k]
-    for k, fingerprint in fingerprints.items():
+    for k in now:
         if k in valid or not run_missing:
             continue
         print("all inputs of", *k, flush=True)
         row = run(tool, k[0], "--type", k[1], "--variant", k[2], "--exhaustive")[k]
-        valid[k] = {**row, "fingerprint": fingerprint, "commit": facts["commit"], "processor": facts["processor"]}
+        valid[k] = {**row, "fingerprint": now[k]["digest"], "commit": facts["commit"], "processor": facts["processor"]}
         write(path, list(valid.values()), {"made by": "make docs EXHAUSTIVE=1"})
     return valid
 
@@ -139,7 +143,18 @@ def neighbour_table(rows):
     return text
 
 
-def page(rows, families, facts, plots):
+def near_one_table(rows):
+    head = ["function", "type", "from", "to", "largest error", "at", "correctly rounded", "inputs"]
+    text = "| " + " | ".join(head) + " |\n|---|---|---|---|---:|---|---:|---:|\n"
+    for r in rows:
+        cells = [f"`{r['function']}`" + (" native" if r["variant"] == "native" else ""), "float" if r["type"] == "f32" else "double",
+                 *(NAMES_OF_BOUNDS[b] for b in NEAR_ONE[r["function"]]), ulp(r["largest_ulp"]), f"`{r['worst_arguments']}`",
+                 shares(r["correctly_rounded_percent"]), inputs(r)]
+        text += "| " + " | ".join(cells) + " |\n"
+    return text
+
+
+def page(rows, near_one, families, facts, plots):
     bad = [r for r in rows if r["verdict"] != "pass"]
     text = f"""# Accuracy
 
@@ -173,6 +188,8 @@ Reproduce any line: `make ulp ARGS="exp --type f32 --exhaustive"`, or `build/ulp
         names = list(dict.fromkeys(r["function"] for r in real if r["function"] in plots))
         if names:
             text += "\nLargest error over the argument: " + ", ".join(f"[{n}](plots/accuracy_{n}.svg)" for n in names) + ".\n"
+        if family == "explog":
+            text += "\nLogarithms where they are small:\n\n" + near_one_table(near_one)
     influenced = [r for r in rows if r["whole_vector"] == "yes" or int(r["neighbour_matters"]) > 0]
     text += "\n## Lanes and their neighbours\n\n"
     if influenced:
@@ -261,13 +278,15 @@ def main():
     os.makedirs(data, exist_ok=True)
     sampled = run(tool, *command)
     write(os.path.join(data, "accuracy.csv"), list(sampled.values()), facts)
+    near_one = [row for name, bounds in NEAR_ONE.items() for row in run(tool, name, "--interval", *bounds, "--count", str(COUNT)).values()]
+    write(os.path.join(data, "near_one.csv"), near_one, {**facts, "command": "build/ulp log1p --interval -0x1p-7 0x1p-7, and so on"})
     complete = exhaustive(tool, os.path.join(data, "exhaustive.csv"), facts, "--exhaustive" in sys.argv)
     rows = [{**row, **complete.get(k, {})} for k, row in sampled.items()]
     plots = make_plots(tool, rows, os.path.join(docs, "plots"), facts)
     with open(os.path.join(os.path.dirname(tool), "catalogue.json")) as file:
         families = {entry["function"]: entry["family"] for entry in json.load(file)}
     with open(os.path.join(docs, "accuracy.md"), "w") as file:
-        file.write(page(rows, families, facts, plots))
+        file.write(page(rows, near_one, families, facts, plots))
 
 
 if __name__ == "__main__":

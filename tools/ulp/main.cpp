@@ -25,6 +25,7 @@ Largest error of a function in ULP against MPFR, and where; share of correctly r
   --exhaustive             all 2^32 inputs, where there are so many; others are sampled
   --stride N               with --exhaustive: every N-th block of 64 inputs only
   --count N                number of sampled inputs (default 1000000)
+  --interval LOW HIGH      inputs from there only: all of them if they are no more than the count (one argument)
   --seed N                 of the sample (default 1): the same seed and count give the same inputs
   --width N                lanes of the entry point under test (default 16)
   --file NAME              further inputs: on each line the arguments as bits (0x...) or numbers (hexadecimal or decimal)
@@ -39,13 +40,6 @@ padded, that is if the largest error is below 80% of it.
 )",
              stderr);
   std::exit(2);
-}
-
-uint64_t lane_of(const std::string& text, kind k, element e) {
-  bool is_bits = text.compare(0, 2, "0x") == 0 && text.find('p') == std::string::npos && text.find('.') == std::string::npos;
-  if (k != kind::real || is_bits) return std::strtoull(text.c_str(), nullptr, 0);
-  return e == element::f32 ? bits_of_value(std::strtof(text.c_str(), nullptr))
-                           : bits_of_value(std::strtod(text.c_str(), nullptr));
 }
 
 std::vector<arguments> read_inputs(const std::string& name, const entry_point& e) {
@@ -99,6 +93,8 @@ int main(int argc, char** argv) {
       o.stride = integer();
     else if (a == "--count")
       o.count = integer();
+    else if (a == "--interval")
+      o.interval = {value(), value()};
     else if (a == "--seed")
       o.seed = integer();
     else if (a == "--width")
@@ -140,6 +136,8 @@ int main(int argc, char** argv) {
     if ((type == "f32" && e.type != element::f32) || (type == "f64" && e.type != element::f64)) continue;
     if ((variant == "accurate" && e.native) || (variant == "native" && !e.native)) continue;
     if (interrupted) break;
+    if (!o.interval.empty() && (e.of->form.argument_count() != 1 || e.of->form.arguments[0] != kind::real))
+      usage("an interval is for functions of one real argument");
     if (!file.empty()) o.extra = read_inputs(file, e);
     outcome result = run(e, o);
     print_summary(e, result);

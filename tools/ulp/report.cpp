@@ -59,6 +59,13 @@ std::string value_text(kind k, element e, uint64_t bits) {
   return text;
 }
 
+uint64_t lane_of(const std::string& text, kind k, element e) {
+  bool is_bits = text.compare(0, 2, "0x") == 0 && text.find('p') == std::string::npos && text.find('.') == std::string::npos;
+  if (k != kind::real || is_bits) return std::strtoull(text.c_str(), nullptr, 0);
+  return e == element::f32 ? bits_of_value(std::strtof(text.c_str(), nullptr))
+                           : bits_of_value(std::strtod(text.c_str(), nullptr));
+}
+
 std::string verdict(const entry_point& kernel, const outcome& o) {
   const statistics& s = o.found;
   const claims& c = claims_of(kernel);

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <mutex>
+#include <random>
 #include <thread>
 
 #include "tools/ulp/interpolate.h"
@@ -94,6 +95,29 @@ statistics sampled_inputs(const entry_point& kernel, const options& o) {
   });
 }
 
+// The numbers of a format in their order: the two zeros are neighbours.
+uint64_t rank(const float_format& f, uint64_t bits) {
+  return f.is_negative(bits) ? f.sign - 1 - f.magnitude(bits) : f.sign + bits;
+}
+uint64_t with_rank(const float_format& f, uint64_t n) { return n < f.sign ? f.sign | (f.sign - 1 - n) : n - f.sign; }
+
+// All numbers of the interval if they are no more than o.count, else random ones and both ends.
+statistics interval_inputs(const entry_point& kernel, const options& o) {
+  const float_format& f = format_of(kernel.type);
+  const uint64_t low = rank(f, lane_of(o.interval[0], kind::real, kernel.type));
+  const uint64_t high = rank(f, lane_of(o.interval[1], kind::real, kernel.type));
+  const uint64_t span = high - low, every = span < o.count ? span + 1 : o.count;
+  return in_parallel(kernel, o, (every + batch - 1) / batch, 1, [&](runner& r, uint64_t item) {
+    std::mt19937_64 random(o.seed * 0x9e3779b97f4a7c15 + item);
+    std::vector<arguments> in;
+    for (uint64_t i = item * batch; i < std::min((item + 1) * batch, every); i++) {
+      const uint64_t chosen = span < o.count ? i : i < 2 ? i * span : random() % (span + 1);
+      in.push_back({with_rank(f, low + chosen), 0, 0});
+    }
+    r(in);
+  });
+}
+
 }  // namespace
 
 std::atomic<bool> interrupted{false};
@@ -106,9 +130,11 @@ bool has_32_bits_of_input(const entry_point& e) {
 outcome run(const entry_point& kernel, const options& o) {
   outcome result;
   const clock::time_point start = clock::now();
-  const bool all = o.exhaustive && has_32_bits_of_input(kernel);
+  const bool all = o.exhaustive && o.interval.empty() && has_32_bits_of_input(kernel);
   result.exhaustive = all && o.stride == 1;
-  if (all)
+  if (!o.interval.empty())
+    result.found = interval_inputs(kernel, o);
+  else if (all)
     result.found = all_inputs(kernel, o);
   else if (o.count != 0)
     result.found = sampled_inputs(kernel, o);

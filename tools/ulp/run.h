@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <functional>
+#include <string>
 
 #include "tools/ulp/call.h"
 #include "tools/ulp/judge.h"
@@ -18,7 +19,8 @@ struct options {
   uint64_t stride = 1;      // exhaustive: every so many-th input
   bool exhaustive = false;  // all inputs, where there are 2^32
   bool progress = false;
-  std::vector<arguments> extra;  // further inputs
+  std::vector<std::string> interval;  // low and high, if any: inputs of one argument from there only
+  std::vector<arguments> extra;       // further inputs
 };
 
 extern std::atomic<bool> interrupted;  // set by SIGINT: runs stop at the next batch

@@ -170,6 +170,13 @@ TEST(Exhaustive, AgreesWithAnIndependentCount) {
   EXPECT_NEAR(std::stod(fields.at(10)), 100.0 * static_cast<double>(correct) / static_cast<double>(inputs), 1e-4);
 }
 
+TEST(Sample, HoldsEveryNumberOfASmallInterval) {
+  output tool = run_tool("log --type f32 --variant accurate --interval 0x1.fcp-1 0x1.02p0 --brief");
+  EXPECT_NE(tool.text.find(" 196609 inputs"), std::string::npos) << tool.text;  // 2^17 below 1, 2^16 above, and 1
+  tool = run_tool("fabs --type f32 --interval -0x3p-149 0x1p-149 --brief");
+  EXPECT_NE(tool.text.find(" 6 inputs"), std::string::npos) << tool.text;  // both zeros
+}
+
 // Kernels whose lanes depend on their neighbours, so that any difference between two samples would show.
 TEST(Sample, DoesNotDependOnThreads) {
   std::string found[2];
