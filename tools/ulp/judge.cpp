@@ -35,6 +35,7 @@ uint64_t statistics::fault_count() const {
 
 void statistics::merge(const statistics& o) {
   inputs += o.inputs, measured += o.measured, correct += o.correct, outside += o.outside, by_mpfr += o.by_mpfr;
+  nan += o.nan, infinite += o.infinite, zero += o.zero, subnormal += o.subnormal;
   neighbour_matters += o.neighbour_matters;
   digest += o.digest, estimate_breaches += o.estimate_breaches;
   if (o.largest > largest || (o.largest == largest && o.worst.in < worst.in))
@@ -114,6 +115,15 @@ void judge::report(fault f, const arguments& in, const results& out, int result,
 }
 
 void judge::count(double error, double signed_error, bool correct, const arguments& in, const results& out, int r) {
+  if (entry_.of->form.results[r] == kind::real) {
+    const uint64_t got = out[r];
+    if (correct && !format_.is_normal(got)) {
+      if (format_.is_nan(got)) return void(found.nan++);
+      if (format_.is_infinite(got)) return void(found.infinite++);
+      if (format_.is_zero(got)) return void(found.zero++);
+    }
+    found.subnormal += format_.is_finite(got) && !format_.is_normal(got);
+  }
   found.measured++;
   found.correct += correct;
   size_t bin = 0;

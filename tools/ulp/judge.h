@@ -42,13 +42,15 @@ inline constexpr std::array<double, 18> histogram_ends = {0.5, 0.51, 0.55, 0.6, 
                                                           3,   4,    6,    8,   16,   64, 1024, 8192, INFINITY};
 
 struct statistics {
-  uint64_t inputs = 0;             // argument tuples
-  uint64_t measured = 0;           // results with an error: one or two for each input
-  uint64_t correct = 0;            // of these, correctly rounded (or bit for bit right)
-  uint64_t outside = 0;            // inputs about which a native kernel claims nothing
-  uint64_t by_mpfr = 0;            // results that MPFR decided
-  uint64_t neighbour_matters = 0;  // inputs for which another neighbour lane gave other bits
-  double largest = -1;             // ULP
+  uint64_t inputs = 0;                       // argument tuples
+  uint64_t measured = 0;                     // results with an error: one or two for each input
+  uint64_t correct = 0;                      // of these, correctly rounded (or bit for bit right)
+  uint64_t subnormal = 0;                    // of these, in subnormal units
+  uint64_t nan = 0, infinite = 0, zero = 0;  // results that are right and have no error: not among the measured ones
+  uint64_t outside = 0;                      // inputs about which a native kernel claims nothing
+  uint64_t by_mpfr = 0;                      // results that MPFR decided
+  uint64_t neighbour_matters = 0;            // inputs for which another neighbour lane gave other bits
+  double largest = -1;                       // ULP
   example worst;
   double worst_signed = 0;  // result - exact, in ULP
   std::array<uint64_t, histogram_ends.size()> histogram{};
@@ -73,6 +75,7 @@ class judge {
   void neighbour_matters(const arguments& in, const results& out, const results& other, bool whole_vector);
 
   statistics found;
+  double floor = 0;  // an error known to occur in this run: what is surely smaller need not be exact
   static int profile_size(element type);
 
  private:

@@ -76,11 +76,12 @@ bool judge::settle(Wide e, double doubt, const arguments& in, const results& out
   double most = error + doubt, least = error - doubt;
   const double lowest = power_of_two(format_.fraction_bits(), 0.0);
   const bool unit_in_doubt = !subnormal && (magnitude < lowest + doubt || magnitude > 2 * lowest - doubt);
-  if (unit_in_doubt) most *= 2, least /= 2;
+  // The power of two nearby may be on the other side of the exact value: then the error is twice what is counted, or half of it.
+  if (unit_in_doubt) (magnitude < lowest + doubt ? most *= 2 : least /= 2);
   if (least <= 0.5 && most >= 0.5) return false;
   if (exponent == format_.highest_exponent && magnitude > 2 * lowest - 1) return false;  // rounds to infinity, or nearly
   // A new largest error; small doubts do not show in it.
-  if (most > std::max(found.largest, 0.5) && (unit_in_doubt || doubt > 1e-6)) return false;
+  if (most > std::max({found.largest, floor, 0.5}) && (unit_in_doubt || doubt > 1e-6)) return false;
   count(error, signed_error, error < 0.5, in, out, r);
   return true;
 }

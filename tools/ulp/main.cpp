@@ -16,8 +16,11 @@ using namespace vorx::ulp;
 
 namespace {
 
-[[noreturn]] void usage(const char* complaint) {
-  if (complaint) std::fprintf(stderr, "ulp: %s\n", complaint);
+[[noreturn]] void usage(const std::string& complaint = "") {
+  if (!complaint.empty()) {
+    std::fprintf(stderr, "ulp: %s (--help says what there is)\n", complaint.c_str());
+    std::exit(2);
+  }
   std::fputs(R"(usage: ulp [options] function... | --all | --family NAME
 Largest error of a function in ULP against MPFR, and where; share of correctly rounded results; faults.
   --type f32|f64           one element type (default: both)
@@ -44,15 +47,22 @@ padded, that is if the largest error is below 80% of it.
 
 std::vector<arguments> read_inputs(const std::string& name, const entry_point& e) {
   std::ifstream file(name);
-  if (!file) usage(("cannot read " + name).c_str());
+  if (!file) usage("cannot read " + name);
   std::vector<arguments> inputs;
+  int number = 0;
   for (std::string line; std::getline(file, line);) {
-    std::istringstream words(line);
+    number++;
+    std::istringstream words(line.substr(0, line.find('#')));
     arguments in{};
     int a = 0;
-    for (std::string word; a < e.of->form.argument_count() && words >> word && word[0] != '#'; a++)
-      in[a] = lane_of(word, e.of->form.arguments[a], e.type);
-    if (a == e.of->form.argument_count()) inputs.push_back(in);
+    for (std::string word; words >> word; a++) {
+      auto lane = a < e.of->form.argument_count() ? lane_of(word, e.of->form.arguments[a], e.type) : std::nullopt;
+      if (!lane) usage(name + ":" + std::to_string(number) + ": " + word);
+      in[a] = *lane;
+    }
+    if (a == 0) continue;
+    if (a != e.of->form.argument_count()) usage(name + ":" + std::to_string(number) + ": too few arguments");
+    inputs.push_back(in);
   }
   return inputs;
 }
@@ -60,7 +70,7 @@ std::vector<arguments> read_inputs(const std::string& name, const entry_point& e
 std::FILE* open_for_writing(const std::string& name) {
   if (name.empty()) return nullptr;
   std::FILE* f = std::fopen(name.c_str(), "w");
-  if (!f) usage(("cannot write " + name).c_str());
+  if (!f) usage("cannot write " + name);
   return f;
 }
 
@@ -71,12 +81,23 @@ int main(int argc, char** argv) {
   o.threads = static_cast<int>(std::thread::hardware_concurrency());
   o.progress = isatty(2);
   std::string type, variant, family, file, csv_name, witness_name, profile;
-  std::vector<std::string> names;
+  std::vector<std::string> names, bounds;
   bool all = false, brief = false;
   for (int i = 1; i < argc; i++) {
     const std::string a = argv[i];
-    auto value = [&] { return i + 1 < argc ? std::string(argv[++i]) : (usage((a + " needs a value").c_str()), std::string()); };
-    auto integer = [&] { return std::strtoull(value().c_str(), nullptr, 0); };
+    auto value = [&] { return i + 1 < argc ? std::string(argv[++i]) : (usage(a + " needs a value"), std::string()); };
+    auto integer = [&] {
+      const std::string text = value();
+      char* end;
+      const uint64_t n = std::strtoull(text.c_str(), &end, 0);
+      if (text.empty() || *end != '\0' || text[0] == '-') usage(a + " " + text);
+      return n;
+    };
+    auto one_of = [&](const char* first, const char* second) {
+      const std::string text = value();
+      if (text != first && text != second) usage(a + " " + text);
+      return text;
+    };
     if (a == "--all")
       all = true;
     else if (a == "--brief")
@@ -84,9 +105,9 @@ int main(int argc, char** argv) {
     else if (a == "--exhaustive")
       o.exhaustive = true;
     else if (a == "--type")
-      type = value();
+      type = one_of("f32", "f64");
     else if (a == "--variant")
-      variant = value();
+      variant = one_of("accurate", "native");
     else if (a == "--family")
       family = value();
     else if (a == "--stride")
@@ -94,7 +115,7 @@ int main(int argc, char** argv) {
     else if (a == "--count")
       o.count = integer();
     else if (a == "--interval")
-      o.interval = {value(), value()};
+      bounds = {value(), value()};
     else if (a == "--seed")
       o.seed = integer();
     else if (a == "--width")
@@ -110,7 +131,7 @@ int main(int argc, char** argv) {
     else if (a == "--profile")
       profile = value();
     else if (a[0] == '-')
-      usage(a == "--help" ? nullptr : ("unknown option " + a).c_str());
+      usage(a == "--help" ? "" : "unknown option " + a);
     else
       names.push_back(a);
   }
@@ -122,7 +143,7 @@ int main(int argc, char** argv) {
     size_t before = kernels.size();
     for (const entry_point& e : entry_points())
       if (e.width == o.width && name == e.of->name) kernels.push_back(e);
-    if (kernels.size() == before) usage(("no function " + name + ", or it is not there yet").c_str());
+    if (kernels.size() == before) usage("no function " + name + ", or it is not there yet");
   }
   for (const entry_point& e : entry_points())
     if (e.width == o.width && (all || family == e.of->family)) kernels.push_back(e);
@@ -136,8 +157,13 @@ int main(int argc, char** argv) {
     if ((type == "f32" && e.type != element::f32) || (type == "f64" && e.type != element::f64)) continue;
     if ((variant == "accurate" && e.native) || (variant == "native" && !e.native)) continue;
     if (interrupted) break;
-    if (!o.interval.empty() && (e.of->form.argument_count() != 1 || e.of->form.arguments[0] != kind::real))
-      usage("an interval is for functions of one real argument");
+    if (bounds.size() == 2) {
+      const bool real = e.of->form.argument_count() == 1 && e.of->form.arguments[0] == kind::real;
+      auto low = lane_of(bounds[0], kind::real, e.type), high = lane_of(bounds[1], kind::real, e.type);
+      if (!real || !low || !high) usage("an interval is two numbers, for functions of one real argument");
+      if (!(as_double(e.type, *low) <= as_double(e.type, *high))) usage("the interval is empty");
+      o.interval = {*low, *high};
+    }
     if (!file.empty()) o.extra = read_inputs(file, e);
     outcome result = run(e, o);
     print_summary(e, result);
@@ -145,7 +171,7 @@ int main(int argc, char** argv) {
     std::fflush(stdout);
     if (csv) write_csv_row(csv, e, result, o);
     if (witnesses) write_witness(witnesses, e, result);
-    if (!profile.empty() && !write_profile(profile, e, result)) usage(("cannot write to " + profile).c_str());
+    if (!profile.empty() && !write_profile(profile, e, result)) usage("cannot write to " + profile);
     failed += verdict(e, result).compare(0, 4, "pass") != 0;
     done++;
   }

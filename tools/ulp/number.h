@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <string>
 
 #include "frame/convention.h"
@@ -80,7 +81,7 @@ class real {
 // What a lane holds, for people: its bits, and the number they stand for.
 std::string bits_text(uint64_t bits, int bytes);
 std::string value_text(kind k, element e, uint64_t bits);
-// What people write for a lane: bits (0x...) or a number, hexadecimal or decimal.
-uint64_t lane_of(const std::string& text, kind k, element e);
+// What people write for a lane: bits (0x...) or a number, hexadecimal or decimal. Nothing if it is neither.
+std::optional<uint64_t> lane_of(const std::string& text, kind k, element e);
 
 }  // namespace vorx::ulp

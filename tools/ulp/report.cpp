@@ -20,7 +20,7 @@ std::string number(double x) {
 
 // Shares are cut, not rounded: 100 % means all.
 double percent(uint64_t part, uint64_t whole) {
-  return whole == 0 ? 0 : std::floor(1e6 * static_cast<double>(part) / static_cast<double>(whole)) / 1e4;
+  return whole == 0 ? 100 : std::floor(1e6 * static_cast<double>(part) / static_cast<double>(whole)) / 1e4;
 }
 
 std::string bits_of_all(const entry_point& k, const uint64_t* bits, const kind* kinds, int count) {
@@ -59,11 +59,18 @@ std::string value_text(kind k, element e, uint64_t bits) {
   return text;
 }
 
-uint64_t lane_of(const std::string& text, kind k, element e) {
-  bool is_bits = text.compare(0, 2, "0x") == 0 && text.find('p') == std::string::npos && text.find('.') == std::string::npos;
-  if (k != kind::real || is_bits) return std::strtoull(text.c_str(), nullptr, 0);
-  return e == element::f32 ? bits_of_value(std::strtof(text.c_str(), nullptr))
-                           : bits_of_value(std::strtod(text.c_str(), nullptr));
+std::optional<uint64_t> lane_of(const std::string& text, kind k, element e) {
+  const bool is_bits = text.compare(0, 2, "0x") == 0 && text.find_first_of("p.") == std::string::npos;
+  char* end;
+  uint64_t lane;
+  if (k != kind::real || is_bits)
+    lane = std::strtoull(text.c_str(), &end, 0);
+  else if (e == element::f32)
+    lane = bits_of_value(std::strtof(text.c_str(), &end));
+  else
+    lane = bits_of_value(std::strtod(text.c_str(), &end));
+  if (text.empty() || *end != '\0') return {};
+  return lane;
 }
 
 std::string verdict(const entry_point& kernel, const outcome& o) {
@@ -80,6 +87,7 @@ std::string verdict(const entry_point& kernel, const outcome& o) {
   if (s.largest > std::max(c.max_ulp, 0.5)) add("above the claim");
   if (std::min(limit, c.max_ulp) <= 0.5 && s.correct != s.measured) add("not correctly rounded");
   if (o.exhaustive && o.complete && c.max_ulp > 0.5 && s.largest < 0.8 * c.max_ulp) add("claim padded");
+  if (s.inputs == 0) add("nothing tested");
   if (text.empty()) text = "pass";
   if (!o.complete) text += " (interrupted)";
   return text;
@@ -92,7 +100,7 @@ void print_summary(const entry_point& kernel, const outcome& o) {
   std::snprintf(name, sizeof name, "%s %s %s", kernel.of->name, type_name(kernel.type), variant_name(kernel));
   std::printf("%-28s %11s ULP  %8.4f%% correct  %10" PRIu64 " %s  limit %s, claim %s: %s\n", name,
               number(std::max(s.largest, 0.0)).c_str(), percent(s.correct, s.measured), s.inputs,
-              o.exhaustive ? "inputs, all" : "inputs", std::isinf(limit) ? "none" : number(limit).c_str(),
+              o.exhaustive && o.complete ? "inputs, all" : "inputs", std::isinf(limit) ? "none" : number(limit).c_str(),
               number(claims_of(kernel).max_ulp).c_str(), verdict(kernel, o).c_str());
   for (size_t f = 0; f < s.faults.size(); f++) {
     if (s.faults[f] == 0) continue;
@@ -125,6 +133,10 @@ void print_details(const entry_point& kernel, const outcome& o) {
                   s.histogram[i], 100 * static_cast<double>(s.histogram[i]) / static_cast<double>(s.measured));
     from = histogram_ends[i];
   }
+  if (s.nan + s.infinite + s.zero + s.subnormal != 0)
+    std::printf("    right and not among these: NaN %" PRIu64 ", infinity %" PRIu64 ", zero %" PRIu64
+                "; among these, subnormal: %" PRIu64 "\n",
+                s.nan, s.infinite, s.zero, s.subnormal);
   if (s.outside != 0) std::printf("    outside the native kernel's claim: %" PRIu64 " inputs\n", s.outside);
   const bool may = claims_of(kernel).whole_vector;
   if (s.neighbour_matters != 0 || may)
@@ -137,7 +149,8 @@ void write_csv_head(std::FILE* f) {
   std::fprintf(
       f,
       "function,type,variant,width,inputs,exhaustive,seed,largest_ulp,worst_arguments,worst_results,correctly_rounded_percent,"
-      "limit,claim,domain,outside_claim,whole_vector,neighbour_matters,faults,digest,verdict\n");
+      "nan_results,infinite_results,zero_results,subnormal_results,limit,claim,domain,outside_claim,whole_vector,neighbour_"
+      "matters,faults,digest,verdict\n");
 }
 
 void write_csv_row(std::FILE* f, const entry_point& k, const outcome& o, const options& how) {
@@ -146,13 +159,13 @@ void write_csv_row(std::FILE* f, const entry_point& k, const outcome& o, const o
   const claims& c = claims_of(k);
   const std::string domain = c.domain.size() == 2 ? number(c.domain[0]) + " to " + number(c.domain[1]) : "";
   std::fprintf(f,
-               "%s,%s,%s,%d,%" PRIu64 ",%s,%" PRIu64 ",%.6g,%s,%s,%.4f,%s,%.6g,%s,%" PRIu64 ",%s,%" PRIu64 ",%" PRIu64
-               ",%016" PRIx64 ",%s\n",
+               "%s,%s,%s,%d,%" PRIu64 ",%s,%" PRIu64 ",%.6g,%s,%s,%.4f,%" PRIu64 ",%" PRIu64 ",%" PRIu64 ",%" PRIu64
+               ",%s,%.6g,%s,%" PRIu64 ",%s,%" PRIu64 ",%" PRIu64 ",%016" PRIx64 ",%s\n",
                k.of->name, type_name(k.type), variant_name(k), how.width, s.inputs, o.exhaustive && o.complete ? "yes" : "no",
                how.seed, std::max(s.largest, 0.0), in_bits(k, s.worst).c_str(), out_bits(k, s.worst).c_str(),
-               percent(s.correct, s.measured), k.native || std::isinf(limit) ? "" : number(limit).c_str(), c.max_ulp,
-               domain.c_str(), s.outside, c.whole_vector ? "yes" : "no", s.neighbour_matters, s.fault_count(), s.digest,
-               verdict(k, o).c_str());
+               percent(s.correct, s.measured), s.nan, s.infinite, s.zero, s.subnormal,
+               k.native || std::isinf(limit) ? "" : number(limit).c_str(), c.max_ulp, domain.c_str(), s.outside,
+               c.whole_vector ? "yes" : "no", s.neighbour_matters, s.fault_count(), s.digest, verdict(k, o).c_str());
   std::fflush(f);
 }
 

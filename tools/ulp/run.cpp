@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <mutex>
+#include <optional>
 #include <random>
 #include <thread>
 
@@ -15,6 +16,8 @@ namespace {
 
 constexpr uint64_t batch = 1 << 14;  // inputs between two looks at the clock and at `interrupted`
 constexpr uint64_t shards = 8;       // of a sample, each with a generator of its own: the same inputs however many threads
+
+constexpr uint64_t first_part = 4099;  // stride of the part of all inputs that is tried first
 
 using clock = std::chrono::steady_clock;
 double seconds_since(clock::time_point t) { return std::chrono::duration<double>(clock::now() - t).count(); }
@@ -46,21 +49,26 @@ class progress {
   std::mutex mutex_;
 };
 
-// Work items 0, 1, ... on all threads, `items_of_a_runner` consecutive ones with a runner of their own; their statistics
-// together. What a runner finds depends on what it found before, so that only runners that always get the same items find the
-// same.
+// Work items 0, 1, ... on all threads, each item with a runner of its own or each thread; their statistics together. What a
+// runner says of an input may depend on the inputs before.
 template <class Work>
-statistics in_parallel(const entry_point& kernel, const options& o, uint64_t items, uint64_t items_of_a_runner, Work work) {
+statistics in_parallel(const entry_point& kernel, const options& o, uint64_t items, bool runner_for_each, double floor,
+                       Work work) {
   statistics all;
   std::mutex mutex;
   std::atomic<uint64_t> next{0};
   auto worker = [&] {
-    for (uint64_t first; !interrupted && (first = items_of_a_runner * next++) < items;) {
-      runner r(kernel, o.width);
-      for (uint64_t item = first; !interrupted && item < std::min(first + items_of_a_runner, items); item++) work(r, item);
-      std::lock_guard lock(mutex);
-      all.merge(r.found());
+    std::optional<runner> r;
+    for (uint64_t item; !interrupted && (item = next++) < items;) {
+      if (runner_for_each && r) {
+        std::lock_guard lock(mutex);
+        all.merge(r->found());
+      }
+      if (runner_for_each || !r) r.emplace(kernel, o.width, floor);
+      work(*r, item);
     }
+    std::lock_guard lock(mutex);
+    if (r) all.merge(r->found());
     mpfr_free_cache();
   };
   std::vector<std::thread> threads;
@@ -70,24 +78,33 @@ statistics in_parallel(const entry_point& kernel, const options& o, uint64_t ite
   return all;
 }
 
-statistics all_inputs(const entry_point& kernel, const options& o) {
-  const uint64_t blocks = ((1ull << 32) / block + o.stride - 1) / o.stride, in_batch = batch / block;
+// Every stride-th block of 64 among all 2^32 inputs.
+statistics strided_inputs(const entry_point& kernel, const options& o, uint64_t stride, double floor) {
+  const uint64_t blocks = ((1ull << 32) / block + stride - 1) / stride, in_batch = batch / block;
   progress bar(kernel, blocks, o.progress);
-  return in_parallel(kernel, o, (blocks + in_batch - 1) / in_batch, 256, [&](runner& r, uint64_t item) {
+  return in_parallel(kernel, o, (blocks + in_batch - 1) / in_batch, false, floor, [&](runner& r, uint64_t item) {
     const uint64_t first = item * in_batch, count = std::min(in_batch, blocks - first);
-    r.blocks(first * o.stride, count, o.stride);
+    r.blocks(first * stride, count, stride);
     bar.add(count);
   });
 }
 
+// All inputs start with a small part of them, for a first idea of the largest error: it spares the exact values of errors below.
+statistics all_inputs(const entry_point& kernel, const options& o) {
+  if (o.stride != 1) return strided_inputs(kernel, o, o.stride, 0);
+  const double floor = strided_inputs(kernel, o, first_part, 0).largest;
+  return strided_inputs(kernel, o, 1, floor);
+}
+
 statistics sampled_inputs(const entry_point& kernel, const options& o) {
   progress bar(kernel, o.count, o.progress);
-  return in_parallel(kernel, o, shards, 1, [&](runner& r, uint64_t shard) {
+  return in_parallel(kernel, o, shards, true, 0, [&](runner& r, uint64_t shard) {
     sampler s(kernel, o.seed, shard, shards);
+    const uint64_t count = o.count / shards + (shard < o.count % shards);
     std::vector<arguments> in;
     std::vector<double> errors;
-    for (uint64_t done = 0; done < o.count / shards && !interrupted; done += in.size()) {
-      s.next(in, std::min(batch / 4, o.count / shards - done));
+    for (uint64_t done = 0; done < count && !interrupted; done += in.size()) {
+      s.next(in, std::min(batch / 4, count - done));
       r(in, &errors);
       s.learn(in, errors);
       bar.add(in.size());
@@ -104,10 +121,8 @@ uint64_t with_rank(const float_format& f, uint64_t n) { return n < f.sign ? f.si
 // All numbers of the interval if they are no more than o.count, else random ones and both ends.
 statistics interval_inputs(const entry_point& kernel, const options& o) {
   const float_format& f = format_of(kernel.type);
-  const uint64_t low = rank(f, lane_of(o.interval[0], kind::real, kernel.type));
-  const uint64_t high = rank(f, lane_of(o.interval[1], kind::real, kernel.type));
-  const uint64_t span = high - low, every = span < o.count ? span + 1 : o.count;
-  return in_parallel(kernel, o, (every + batch - 1) / batch, 1, [&](runner& r, uint64_t item) {
+  const uint64_t low = rank(f, o.interval[0]), span = rank(f, o.interval[1]) - low, every = span < o.count ? span + 1 : o.count;
+  return in_parallel(kernel, o, (every + batch - 1) / batch, true, 0, [&](runner& r, uint64_t item) {
     std::mt19937_64 random(o.seed * 0x9e3779b97f4a7c15 + item);
     std::vector<arguments> in;
     for (uint64_t i = item * batch; i < std::min((item + 1) * batch, every); i++) {

@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <functional>
-#include <string>
 
 #include "tools/ulp/call.h"
 #include "tools/ulp/judge.h"
@@ -19,8 +18,8 @@ struct options {
   uint64_t stride = 1;      // exhaustive: every so many-th input
   bool exhaustive = false;  // all inputs, where there are 2^32
   bool progress = false;
-  std::vector<std::string> interval;  // low and high, if any: inputs of one argument from there only
-  std::vector<arguments> extra;       // further inputs
+  std::vector<uint64_t> interval;  // bits of both ends, if any: inputs of one argument from there only
+  std::vector<arguments> extra;    // further inputs
 };
 
 extern std::atomic<bool> interrupted;  // set by SIGINT: runs stop at the next batch
@@ -40,7 +39,8 @@ outcome run(const entry_point& kernel, const options& o);
 // Calls one entry point at two widths and judges what comes back.
 class runner {
  public:
-  runner(const entry_point& kernel, int width);
+  // An error of at least `floor` is known to occur in the run that it takes part in.
+  runner(const entry_point& kernel, int width, double floor = 0);
   // errors, if given, receives the largest error of each input.
   void operator()(const std::vector<arguments>& inputs, std::vector<double>* errors = nullptr);
   // The same for blocks of 64 consecutive 32-bit arguments: those numbered first, first + stride, ...

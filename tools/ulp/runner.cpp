@@ -21,13 +21,14 @@ uint64_t hostile(kind k, element type, uint32_t turn) {
 
 }  // namespace
 
-runner::runner(const entry_point& kernel, int width)
+runner::runner(const entry_point& kernel, int width, double floor)
     : at_width_(with_width(kernel, width)),
       beside_hostile_(with_width(kernel, 4)),
       whole_vector_(claims_of(kernel).whole_vector),
       judge_(kernel),
       wide_(at_width_),
       four_(beside_hostile_) {
+  judge_.floor = floor;
   const shape& form = kernel.of->form;
   if (kernel.type == element::f64 || form.argument_count() > 1 || form.arguments[0] != kind::real) return;
   for (int r = 0; r < form.result_count(); r++) {
@@ -47,6 +48,7 @@ void runner::operator()(const std::vector<arguments>& inputs, std::vector<double
 }
 
 void runner::blocks(uint64_t first, uint64_t count, uint64_t stride) {
+  turn_ = static_cast<uint32_t>(first);  // the same neighbours whoever gets these blocks
   inputs_.resize(count * block);
   for (uint64_t b = 0; b < count; b++)
     for (uint64_t i = 0; i < block; i++) inputs_[b * block + i] = {(first + b * stride) * block + i, 0, 0};
