@@ -84,10 +84,11 @@ struct fma_f64 : scalar_fma<f64> {
   static int rare(const double* x, const double* y, const double* z, double* result) {
     // With the biased exponents: x and y normal and below 2^1023, z below 2^1023, the last bit of x y at 2^-1074 or above, its
     // first below 2^1022.
+    constexpr uint32_t largest = 1023 + 1022, lowest_sum = 2 * (1023 + 52) - 1074, highest_sum = 2 * (1023 - 1) + 1022;
     uint32_t ex = static_cast<uint32_t>(biased_exponent_of(bits_of(*x)));
     uint32_t ey = static_cast<uint32_t>(biased_exponent_of(bits_of(*y)));
     uint32_t ez = static_cast<uint32_t>(biased_exponent_of(bits_of(*z)));
-    if (ex - 1 < 2045 && ey - 1 < 2045 && ez < 2046 && ex + ey - 1076 <= 3066 - 1076) [[likely]] {
+    if (ex - 1 < largest && ey - 1 < largest && ez <= largest && ex + ey - lowest_sum <= highest_sum - lowest_sum) [[likely]] {
       head_and_tail sum = unrounded(*x, *y, *z);
       *result = sum.head + sum.tail;
       return ordinary;

@@ -38,7 +38,8 @@ struct ilogb_kernel : kernel<E, logb_constants<E>> {
 using ilogb_f32 = ilogb_kernel<f32>;
 using ilogb_f64 = ilogb_kernel<f64>;
 
-// Special results: -infinity for zeros, +infinity for both infinities, a NaN as it is but for its sign bit, which is cleared.
+// Special results: -infinity for zeros, +infinity for both infinities, a NaN as it is but for its sign bit, which is cleared. At
+// a zero the status is deliberately a domain error, as for ilogb, although the pole raises division by zero.
 template <class E>
 struct logb_kernel : kernel<E, logb_constants<E>> {
   using typename kernel<E, logb_constants<E>>::constants;

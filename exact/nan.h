@@ -10,7 +10,8 @@ template <class E>
 struct nan_kernel : kernel<E> {
   using V = typename E::vector;
   static V path(typename E::integer_vector code, const no_constants&) {
-    V quiet = ones < V, 1, E::lanes == 4 ? 22 : 51 > ();  // 0x7fc00000, 0x7ff8000000000000
+    constexpr int quiet_bit = E::lanes == 4 ? 22 : 51;
+    V quiet = ones<V, 1, quiet_bit>();  // 0x7fc00000, 0x7ff8000000000000
     return as_float(code) | quiet;
   }
 };

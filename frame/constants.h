@@ -27,7 +27,7 @@ VORX_INLINE i64x2 as_int(const rep64& a) { return a; }
 // Masks and integers: bits only.
 consteval rep32 bits32(uint32_t b) { return {{b, b, b, b}}; }
 consteval rep64 bits64(uint64_t b) { return {{b, b}}; }
-// The same 64-bit lane test on high words: the value in the high word of each lane, zero below.
+// A 32-bit integer in the high word of each 64-bit lane, zero below: for lane tests on high words.
 consteval rep32 high_words(uint32_t b) { return {{0, b, 0, b}}; }
 
 // Scalar constants: does not compile when the decimal does not round to the bits.

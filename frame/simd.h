@@ -161,17 +161,14 @@ VORX_INLINE f32x4 sqrt(f32x4 a) { return {_mm_sqrt_ps(a.v)}; }
 VORX_INLINE f64x2 sqrt(f64x2 a) { return {_mm_sqrt_pd(a.v)}; }
 
 // Lane movements between the 64-bit lanes of double kernels and the packed 32-bit lanes of integer vectors.
-VORX_INLINE i32x4 pack_low_words(i64x2 a) { return {_mm_shuffle_epi32(a.v, 0xd8)}; }        // words 0 2 | 1 3
 VORX_INLINE i32x4 pack_high_words(i64x2 a) { return {_mm_shuffle_epi32(a.v, 0x8d)}; }       // words 1 3 | 0 2
 VORX_INLINE i32x4 duplicate_words(i32x4 a) { return {_mm_shuffle_epi32(a.v, 0x50)}; }       // lanes 0 0 1 1
 VORX_INLINE i32x4 duplicate_high_words(i64x2 a) { return {_mm_shuffle_epi32(a.v, 0xf5)}; }  // words 1 1 3 3
 VORX_INLINE i64x2 extend_zero(i32x4 a) { return {_mm_cvtepu32_epi64(a.v)}; }                // lanes 0 and 1, zero-extended
 VORX_INLINE i32x4 upper_half(i32x4 a) { return {_mm_shuffle_epi32(a.v, 0xee)}; }            // lanes 2 3 | 2 3
 VORX_INLINE i32x4 join(i32x4 a, i32x4 b) { return {_mm_unpacklo_epi64(a.v, b.v)}; }         // lanes 0 1 of a, 0 1 of b
-
-VORX_INLINE i64x2 extend_sign(i32x4 a) { return {_mm_cvtepi32_epi64(a.v)}; }  // lanes 0 and 1, sign-extended
-VORX_INLINE i32x4 low_half(i32x4 a) { return {_mm_move_epi64(a.v)}; }         // lanes 0 1, the rest zero
-VORX_INLINE i32x4 join_low_words(i64x2 a, i64x2 b) {                          // words 0 2 of a, 0 2 of b
+VORX_INLINE i32x4 low_half(i32x4 a) { return {_mm_move_epi64(a.v)}; }                       // lanes 0 1, the rest zero
+VORX_INLINE i32x4 join_low_words(i64x2 a, i64x2 b) {                                        // words 0 2 of a, 0 2 of b
   return {_mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v), 0x88))};
 }
 VORX_INLINE i32x4 join_high_words(i64x2 a, i64x2 b) {  // words 1 3 of a, 1 3 of b

@@ -125,7 +125,7 @@ VORX_EVERY_FUNCTION(Convention);
 TEST(Threads, DoNotDisturbEachOther) {
   constexpr int threads = 8;
   const size_t rounds = quick() ? 2 : 20;
-  std::atomic<size_t> calls = 0, wrong = 0;
+  std::atomic<size_t> wrong = 0;
   struct job {
     lane_caller call;
     std::array<argument_lane, 16> in[threads];
@@ -140,6 +140,7 @@ TEST(Threads, DoNotDisturbEachOther) {
       ASSERT_EQ(j.call(j.in[t].data(), j.expected[t].data()), "") << e.symbol();
     }
   }
+  ASSERT_FALSE(jobs.empty());
   std::vector<std::thread> running;
   for (int t = 0; t < threads; t++)
     running.emplace_back([&, t] {
@@ -149,12 +150,10 @@ TEST(Threads, DoNotDisturbEachOther) {
           result_lane out[16];
           if (!call(j.in[t].data(), out).empty()) wrong++;
           for (int i = 0; i < call.entry().width; i++) wrong += out[i] != j.expected[t][i];
-          calls++;
         }
     });
   for (auto& t : running) t.join();
   EXPECT_EQ(wrong, 0u);
-  EXPECT_EQ(calls, threads * rounds * jobs.size());
 }
 
 }  // namespace

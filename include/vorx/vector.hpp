@@ -22,7 +22,7 @@ struct traits {
   using lane = Vector;
   static constexpr int lanes = 1;
 };
-template <class Lane, class Vector, int Lanes>
+template <class Lane, int Lanes>
 struct traits_of_vector {
   using lane = Lane;
   static constexpr int lanes = Lanes;
@@ -30,15 +30,15 @@ struct traits_of_vector {
 
 }  // namespace detail
 
-#define VORX_ALIAS(NAME, LANE, LANES)                                         \
-  using NAME##LANES = ::vorx_##NAME##LANES;                                   \
-  namespace detail {                                                          \
-  template <>                                                                 \
-  struct vector_of<LANE, LANES> {                                             \
-    using type = NAME##LANES;                                                 \
-  };                                                                          \
-  template <>                                                                 \
-  struct traits<NAME##LANES> : traits_of_vector<LANE, NAME##LANES, LANES> {}; \
+#define VORX_ALIAS(NAME, LANE, LANES)                            \
+  using NAME##LANES = ::vorx_##NAME##LANES;                      \
+  namespace detail {                                             \
+  template <>                                                    \
+  struct vector_of<LANE, LANES> {                                \
+    using type = NAME##LANES;                                    \
+  };                                                             \
+  template <>                                                    \
+  struct traits<NAME##LANES> : traits_of_vector<LANE, LANES> {}; \
   }
 #define VORX_ALIASES(NAME, LANE) \
   VORX_ALIAS(NAME, LANE, 2)      \

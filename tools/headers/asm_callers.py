@@ -117,7 +117,7 @@ class Pattern:
 
     def assembly(self):
         outputs = ['"+c"(entry)']
-        inputs, clobbers = [], []
+        clobbers = []
         for i, source, result in self.vectors():
             if source:
                 outputs.append(f'"+x"(xmm{i})')
@@ -148,7 +148,7 @@ class Pattern:
         lines = self.instructions()
         head = "  __asm__ volatile(" if touches_memory else "  __asm__("
         text = "\n".join((head if i == 0 else " " * len(head)) + f'"{line}\\n\\t"' for i, line in enumerate(lines))
-        rest = f": {', '.join(outputs)}\n: {', '.join(inputs)}\n: {', '.join(clobbers)});"
+        rest = f": {', '.join(outputs)}\n:\n: {', '.join(clobbers)});"
         return [text, *(" " * len(head) + line for line in rest.split("\n"))]
 
     def outputs(self):

@@ -42,13 +42,13 @@ def register_range(first, count):
     return f"xmm{first}" if count == 1 else f"xmm{first}-xmm{first + count - 1}"
 
 
-def describe_place(v, hidden_name="the hidden area"):
+def describe_place(v):
     place = v["place"]
     if place == "xmm":
         return register_range(v["at"], v["registers"])
     if place == "stack":
         return f"{v['at']}(%esp)"
-    return {"hidden": hidden_name, "pointer": f"through the pointer at {v['at']}(%esp)"}.get(place, place)
+    return {"hidden": "the hidden area", "pointer": f"through the pointer at {v['at']}(%esp)"}.get(place, place)
 
 
 def describe_registers(entries, arguments, results):

@@ -1,6 +1,6 @@
 // References for real-valued results. The estimates are glibc's: its x87 and double functions are good to one or two units in the
 // last place; the bounds below leave at least a factor of four, and every value that MPFR decides is held against them
-// (judge.cpp).
+// (judge_mpfr.cpp).
 #include <map>
 #include <string>
 

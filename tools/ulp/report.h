@@ -16,7 +16,7 @@ void print_details(const entry_point& kernel, const outcome& o);
 
 void write_csv_head(std::FILE* f);
 void write_csv_row(std::FILE* f, const entry_point& kernel, const outcome& o, const options& how);
-// function,type,variant,argument bits,result bits,ulp
+// function,type,variant,argument bits,result bits,number of the worst result,its signed error in ULP
 void write_witness_head(std::FILE* f);
 void write_witness(std::FILE* f, const entry_point& kernel, const outcome& o);
 // argument,ulp: the largest error by the leading bits of the first argument, in ascending order of the argument.
