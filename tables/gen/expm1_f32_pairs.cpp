@@ -2,15 +2,16 @@
 #include "tables/gen/real.h"
 
 int main() {
-  std::puts(
-      "// Made by build/tables/generate_expm1_f32_pairs > tables/expm1_f32_pairs.h\n"
-      "// Numbers 2j, 2j + 1: the significand bits of high, the float nearest to 2^(j/64), without its exponent, for 2^m high is "
-      "those\n"
-      "// of 2^m or-ed to them; and low, the float nearest to 2^(j/64) - high.\n"
-      "#pragma once\n\n"
-      "#include <array>\n\n"
-      "namespace vorx {\n\n"
-      "inline constexpr std::array<float, 128> expm1_f32_pairs = {");
+  std::puts(R"(// Made by build/tables/generate_expm1_f32_pairs > tables/expm1_f32_pairs.h
+// Numbers 2j, 2j + 1: the significand bits of high, the float nearest to 2^(j/64), without its exponent, for 2^m high is those
+// of 2^m or-ed to them; and low, the float nearest to 2^(j/64) - high.
+#pragma once
+
+#include <array>
+
+namespace vorx {
+
+inline constexpr std::array<float, 128> expm1_f32_pairs = {)");
   for (int j = 0; j < 64; j++) {
     real v = exp2(real(j) / real(64));
     float high = v.to_float(), low = (v - real(high)).to_float();

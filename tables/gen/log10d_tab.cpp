@@ -2,14 +2,14 @@
 #include "tables/gen/real.h"
 
 int main() {
-  std::puts(
-      "// Made by build/tables/generate_log10d_tab > tables/log10d_tab.h\n"
-      "// Entry j - 512, j = 512, ..., 1024: -log10(j/512) up to j = 724, -log10(j/1024) above (the split point is near sqrt 2), "
-      "rounded\n"
-      "// to nearest. -0 for j = 512 and +0 for j = 1024: neither changes the sum it is added to.\n"
-      "#pragma once\n\n"
-      "namespace vorx {\n\n"
-      "alignas(16) inline constexpr double log10d_tab[513] = {");
+  std::puts(R"(// Made by build/tables/generate_log10d_tab > tables/log10d_tab.h
+// Entry j - 512, j = 512, ..., 1024: -log10(j/512) up to j = 724, -log10(j/1024) above (the split point is near sqrt 2), rounded
+// to nearest. -0 for j = 512 and +0 for j = 1024: neither changes the sum it is added to.
+#pragma once
+
+namespace vorx {
+
+alignas(16) inline constexpr double log10d_tab[513] = {)");
   for (int j = 512; j <= 1024; j++) {
     double t = (-log10(real(j) / real(j <= 724 ? 512 : 1024))).to_double();
     if (j == 512) t = -0.0;

@@ -3,19 +3,18 @@
 
 int main() {
   const float ln2_hi = std::bit_cast<float>(0x3f317200), ln2_lo = std::bit_cast<float>(0x35bfbe00);
-  std::puts(
-      "// Made by build/tables/generate_log1pf_tab > tables/log1pf_tab.h\n"
-      "// Row j - 128, j = 128, ..., 256: hi, lo with hi + lo = -ln(j/256) - 127 (ln2_hi + ln2_lo), the two parts of ln 2 as "
-      "the\n"
-      "// kernel has them, so that adding E ln 2 with the biased exponent E = 127 takes the bias back exactly. -ln(j/256) is "
-      "its\n"
-      "// nearest multiple of 2^-15 in hi and the nearest multiple of 2^-34 of the rest in lo: both sums with E ln 2 are exact.\n"
-      "#pragma once\n\n"
-      "namespace vorx {\n\n"
-      "struct alignas(8) log1pf_row {\n"
-      "  float hi, lo;\n"
-      "};\n"
-      "alignas(16) inline constexpr log1pf_row log1pf_tab[129] = {");
+  std::puts(R"(// Made by build/tables/generate_log1pf_tab > tables/log1pf_tab.h
+// Row j - 128, j = 128, ..., 256: hi, lo with hi + lo = -ln(j/256) - 127 (ln2_hi + ln2_lo), the two parts of ln 2 as the
+// kernel has them, so that adding E ln 2 with the biased exponent E = 127 takes the bias back exactly. -ln(j/256) is its
+// nearest multiple of 2^-15 in hi and the nearest multiple of 2^-34 of the rest in lo: both sums with E ln 2 are exact.
+#pragma once
+
+namespace vorx {
+
+struct alignas(8) log1pf_row {
+  float hi, lo;
+};
+alignas(16) inline constexpr log1pf_row log1pf_tab[129] = {)");
   for (int j = 128; j <= 256; j++) {
     real v = -log(real(j) / real(256));
     real vh = v.nearest_multiple(-15), vl = (v - vh).nearest_multiple(-34);

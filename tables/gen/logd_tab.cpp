@@ -2,14 +2,14 @@
 #include "tables/gen/real.h"
 
 int main() {
-  std::puts(
-      "// Made by build/tables/generate_logd_tab > tables/logd_tab.h\n"
-      "// Entry j - 512, j = 512, ..., 1024: -ln(j/512) up to j = 724, -ln(j/1024) above (the split point is near sqrt 2), "
-      "rounded\n"
-      "// to nearest. -0 for j = 512 and +0 for j = 1024: neither changes the sum it is added to.\n"
-      "#pragma once\n\n"
-      "namespace vorx {\n\n"
-      "alignas(16) inline constexpr double logd_tab[513] = {");
+  std::puts(R"(// Made by build/tables/generate_logd_tab > tables/logd_tab.h
+// Entry j - 512, j = 512, ..., 1024: -ln(j/512) up to j = 724, -ln(j/1024) above (the split point is near sqrt 2), rounded
+// to nearest. -0 for j = 512 and +0 for j = 1024: neither changes the sum it is added to.
+#pragma once
+
+namespace vorx {
+
+alignas(16) inline constexpr double logd_tab[513] = {)");
   for (int j = 512; j <= 1024; j++) {
     double t = (-log(real(j) / real(j <= 724 ? 512 : 1024))).to_double();
     if (j == 512) t = -0.0;

@@ -2,16 +2,16 @@
 #include "tables/gen/real.h"
 
 int main() {
-  std::puts(
-      "// Made by build/tables/generate_logf_rare_tab > tables/logf_rare_tab.h\n"
-      "// Row i, i = 0, ..., 127: the float nearest 1/(1 + i/128), and ln c = hi + lo of the point c whose reciprocal it exactly "
-      "is.\n"
-      "#pragma once\n\n"
-      "namespace vorx {\n\n"
-      "struct logf_rare_row {\n"
-      "  float reciprocal, hi, lo;\n"
-      "};\n"
-      "inline constexpr logf_rare_row logf_rare_tab[128] = {");
+  std::puts(R"(// Made by build/tables/generate_logf_rare_tab > tables/logf_rare_tab.h
+// Row i, i = 0, ..., 127: the float nearest 1/(1 + i/128), and ln c = hi + lo of the point c whose reciprocal it exactly is.
+#pragma once
+
+namespace vorx {
+
+struct logf_rare_row {
+  float reciprocal, hi, lo;
+};
+inline constexpr logf_rare_row logf_rare_tab[128] = {)");
   for (int i = 0; i < 128; i++) {
     float reciprocal = (real(1) / (real(1) + real(i) / real(128))).to_float();
     real v = i == 0 ? real(0) : -log(real(reciprocal));

@@ -1,4 +1,6 @@
-// A real number of 300 bits (MPFR) with the operators that the table generators need, and the ways a table rounds it.
+// A real number of 2600 bits (MPFR) with the operators that the table generators need, and the ways a table rounds it. The
+// revolution table needs so many: 2^1164 / (2 pi) is the largest number whose integer part it takes, and more than 1400 bits
+// follow. For the other tables 300 would do.
 #pragma once
 
 #include <mpfr.h>
@@ -11,7 +13,7 @@
 class real {
  public:
   real(double x = 0) {
-    mpfr_init2(v_, 300);
+    mpfr_init2(v_, 2600);
     mpfr_set_d(v_, x, MPFR_RNDN);
   }
   real(const real& x) : real() { mpfr_set(v_, x.v_, MPFR_RNDN); }
@@ -30,6 +32,11 @@ class real {
   friend real log2(const real& a) { return apply(mpfr_log2, a); }
   friend real log10(const real& a) { return apply(mpfr_log10, a); }
   friend real exp2(const real& a) { return apply(mpfr_exp2, a); }
+  friend real sin(const real& a) { return apply(mpfr_sin, a); }
+  friend real cos(const real& a) { return apply(mpfr_cos, a); }
+  friend real tan(const real& a) { return apply(mpfr_tan, a); }
+  friend real floor(const real& a) { return apply(mpfr_rint_floor, a); }
+  static real pi() { return apply(mpfr_const_pi); }
 
   // The nearest double and float; the nearest multiple of 2^exponent.
   double to_double() const { return mpfr_get_d(v_, MPFR_RNDN); }
@@ -55,7 +62,7 @@ class real {
 // A number of a table as it stands in C++: hexadecimal, so that it is exact.
 inline void print(double x) { std::printf("%a,", x); }
 
-// A known row: the generator stops when it comes out differently.
+// Stops the generator when a value is not these bits, or when a condition does not hold.
 inline void require(double value, uint64_t bits, const char* what) {
   if (std::bit_cast<uint64_t>(value) == bits) return;
   std::fprintf(stderr, "%s: %a is %016llx, not %016llx\n", what, value,
@@ -65,5 +72,10 @@ inline void require(double value, uint64_t bits, const char* what) {
 inline void require(float value, uint32_t bits, const char* what) {
   if (std::bit_cast<uint32_t>(value) == bits) return;
   std::fprintf(stderr, "%s: %a is %08x, not %08x\n", what, value, std::bit_cast<uint32_t>(value), bits);
+  std::exit(1);
+}
+inline void require(bool condition, const char* what) {
+  if (condition) return;
+  std::fprintf(stderr, "%s does not hold\n", what);
   std::exit(1);
 }

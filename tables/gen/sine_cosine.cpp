@@ -5,30 +5,18 @@
 //   double   Cl is the power of two p with 0.75 p <= |cosine| < 1.5 p; the two rules differ on purpose
 //
 // The rows of multiples of a quarter revolution are exact: pi rounded to any precision would leave tiny values there.
-#include <mpfr.h>
+#include "tables/gen/real.h"
 
-#include <bit>
 #include <cmath>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 namespace {
 
-constexpr int precision = 400;
-
-void require(bool condition, const char* what) {
-  if (condition) return;
-  fprintf(stderr, "sine_cosine: %s\n", what);
-  exit(1);
-}
-
 template <class T>
-T nearest(mpfr_t a) {
+T nearest(const real& a) {
   if constexpr (sizeof(T) == 4)
-    return mpfr_get_flt(a, MPFR_RNDN);
+    return a.to_float();
   else
-    return mpfr_get_d(a, MPFR_RNDN);
+    return a.to_double();
 }
 
 template <class T>
@@ -43,53 +31,47 @@ row<T> make(int k, int n) {
     int quarter = k / (n / 4);
     return {0, cosine[quarter], sine[quarter], 0};
   }
-  mpfr_t a, s, c;
-  mpfr_inits2(precision, a, s, c, nullptr);
-  mpfr_const_pi(a, MPFR_RNDN);
-  mpfr_mul_si(a, a, 2 * k, MPFR_RNDN);
-  mpfr_div_si(a, a, n, MPFR_RNDN);
-  mpfr_sin_cos(s, c, a, MPFR_RNDN);
+  real a = real::pi() * real(2 * k) / real(n), s = sin(a), c = cos(a);
 
   row<T> r;
-  double magnitude = std::fabs(mpfr_get_d(c, MPFR_RNDN));
+  double cosine = c.to_double();
   bool diagonal = k % (n / 8) == 0;
   double upper = sizeof(T) == 4 ? std::sqrt(0.5) : 0.75;  // the cosine is at least this times its lead
   double lead = 1;
-  while (magnitude < upper * lead && !(diagonal && sizeof(T) == 4)) lead /= 2;
-  r.cos_lead = static_cast<T>(mpfr_sgn(c) < 0 ? -lead : lead);
-  mpfr_sub_d(c, c, r.cos_lead, MPFR_RNDN);
-  r.cos_tail = nearest<T>(c);
+  while (std::fabs(cosine) < upper * lead && !(diagonal && sizeof(T) == 4)) lead /= 2;
+  r.cos_lead = static_cast<T>(std::copysign(lead, cosine));
+  r.cos_tail = nearest<T>(c - real(r.cos_lead));
   r.sin_high = nearest<T>(s);
-  mpfr_sub_d(s, s, r.sin_high, MPFR_RNDN);
-  r.sin_low = nearest<T>(s);
-  mpfr_clears(a, s, c, nullptr);
+  r.sin_low = nearest<T>(s - real(r.sin_high));
   return r;
 }
 
 }  // namespace
 
 int main() {
-  printf("// Made by build/tables/generate_sine_cosine > tables/sine_cosine.h\n");
-  printf("#pragma once\n\nnamespace vorx {\n\n");
+  std::puts(R"(// Made by build/tables/generate_sine_cosine > tables/sine_cosine.h
+#pragma once
 
-  printf("// Row k, angle 2 pi k / 256: cosine tail, sine high, sine low, cosine lead (a power of two).\n");
-  printf("alignas(16) inline constexpr float sine_cosine_f32[256][4] = {\n");
+namespace vorx {
+
+// Row k, angle 2 pi k / 256: cosine tail, sine high, sine low, cosine lead (a power of two).
+alignas(16) inline constexpr float sine_cosine_f32[256][4] = {)");
   for (int k = 0; k < 256; k++) {
     auto r = make<float>(k, 256);
     if (k == 0) require(r.cos_tail == 0 && r.sin_high == 0 && r.sin_low == 0 && r.cos_lead == 1, "row 0");
     if (k == 64) require(r.cos_tail == 0 && r.sin_high == 1 && r.sin_low == 0 && r.cos_lead == 0, "row 64");
     if (k == 32) require(r.cos_lead == 1, "row 32");
-    printf("    {%af, %af, %af, %af},\n", r.cos_tail, r.sin_high, r.sin_low, r.cos_lead);
+    std::printf("    {%af, %af, %af, %af},\n", r.cos_tail, r.sin_high, r.sin_low, r.cos_lead);
   }
-  printf("};\n\n");
+  std::puts(R"(};
 
-  printf("// Row k, angle 2 pi k / 512: cosine tail, cosine lead (a power of two), sine high, sine low.\n");
-  printf("alignas(16) inline constexpr double sine_cosine_f64[512][4] = {\n");
+// Row k, angle 2 pi k / 512: cosine tail, cosine lead (a power of two), sine high, sine low.
+alignas(16) inline constexpr double sine_cosine_f64[512][4] = {)");
   for (int k = 0; k < 512; k++) {
     auto r = make<double>(k, 512);
     double cosine = std::fabs(r.cos_lead + r.cos_tail), lead = std::fabs(r.cos_lead);
-    require(k % 128 == 0 || (0.75 * lead <= cosine && cosine < 1.5 * lead), "lead");
-    printf("    {%a, %a, %a, %a},\n", r.cos_tail, r.cos_lead, r.sin_high, r.sin_low);
+    require(k % 128 == 0 || (0.75 * lead <= cosine && cosine < 1.5 * lead), "0.75 lead <= |cosine| < 1.5 lead");
+    std::printf("    {%a, %a, %a, %a},\n", r.cos_tail, r.cos_lead, r.sin_high, r.sin_low);
   }
-  printf("};\n\n}  // namespace vorx\n");
+  std::puts("};\n\n}  // namespace vorx");
 }
