@@ -1,6 +1,7 @@
 // The catalogue as data: one record for each of the 120 functions, in the order of the rows. Generators, tools and tests walk it.
 #pragma once
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,14 @@ inline std::vector<entry_point> entry_points(bool only_ready = true) {
           for (element type : {element::f32, element::f64})
             for (int width : widths) all.push_back({&f, type, width, native});
   return all;
+}
+
+// The entry point of a function that is in the catalogue, whether it exists or not.
+inline const entry_point& find_entry(const std::string& function, element type, int width, bool native = false) {
+  static const std::vector<entry_point> all = entry_points(false);
+  for (const entry_point& e : all)
+    if (e.of->name == function && e.type == type && e.width == width && e.native == native) return e;
+  throw std::out_of_range("no entry point of " + function);
 }
 
 }  // namespace vorx

@@ -2,15 +2,15 @@
 // With VORX_EXHAUSTIVE set, all 2^32 sources of every conversion from float and from 32-bit integers.
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
-#include <limits>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "tools/invoke.h"
+#include "tests/lanes.h"
 
 using namespace vorx;
 
@@ -106,26 +106,25 @@ uint64_t reference_from_integer(const conversion& c, uint64_t source) {
 
 // ---- sources ----
 
+uint64_t bits_of(element type, double x) {
+  return type == element::f32 ? std::bit_cast<uint32_t>(static_cast<float>(x)) : std::bit_cast<uint64_t>(x);
+}
+
 std::mt19937_64 random_bits(1);
 
 // Floating-point sources whose rounding or range is in question, then random ones of all exponents; as bits.
-template <class T, class Bits>
-std::vector<Bits> real_sources() {
-  std::vector<Bits> s;
+std::vector<uint64_t> real_sources(element type) {
+  const uint64_t mask = type == element::f32 ? 0xffffffff : ~uint64_t(0);
+  std::vector<uint64_t> s;
   auto around = [&](double x) {
-    for (double sign : {1.0, -1.0}) {
-      T t = static_cast<T>(sign * x);
-      Bits b;
-      std::memcpy(&b, &t, sizeof b);
-      for (int d = -3; d <= 3; d++) s.push_back(b + static_cast<Bits>(d));
-    }
+    for (double sign : {1.0, -1.0})
+      for (int d = -3; d <= 3; d++) s.push_back((bits_of(type, sign * x) + static_cast<uint64_t>(d)) & mask);
   };
   for (int e = -4; e <= 66; e++)
     for (double offset : {-1.5, -1.0, -0.5, -0.25, 0.0, 0.25, 0.5, 1.0, 1.5, 2.5}) around(std::ldexp(1.0, e) + offset);
   for (double x : {0.0, 0.4, 2.5, 4294967295.5, 2147483648.5, 2147483647.5, 9.3e18, 1.9e19}) around(x);
-  for (T t : {std::numeric_limits<T>::infinity(), std::numeric_limits<T>::quiet_NaN(), std::numeric_limits<T>::denorm_min()})
-    around(t);
-  for (int i = 0; i < 40000; i++) s.push_back(static_cast<Bits>(random_bits()));
+  for (double x : {HUGE_VAL, std::nan(""), type == element::f32 ? 0x1p-149 : 0x1p-1074}) around(x);
+  for (int i = 0; i < 40000; i++) s.push_back(random_bits() & mask);
   for (int i = 0; i < 40000; i++)
     around(std::ldexp(static_cast<double>(random_bits() >> 40) + 0.5, static_cast<int>(random_bits() % 46) - 6));
   return s;
@@ -150,91 +149,64 @@ std::vector<uint64_t> integer_sources() {
 
 // ---- the comparison ----
 
-// Runs sources through one entry point; `of(source)` is what must come out. Returns how many were compared.
-template <class Source, class Result, class Reference>
-size_t compare(const conversion& c, const std::vector<Source>& sources, Reference of) {
-  invoker call(c.entry, library_symbol(c.entry.symbol()));
+double as_double(element type, uint64_t bits) {
+  if (type == element::f64) return std::bit_cast<double>(bits);
+  return static_cast<double>(std::bit_cast<float>(static_cast<uint32_t>(bits)));  // a NaN keeps its sign
+}
+
+uint64_t reference(const conversion& c, uint64_t source) {
+  return c.to_integer ? reference_to_integer(c, as_double(c.entry.type, source)) : reference_from_integer(c, source);
+}
+
+// Runs sources through one entry point. Returns how many were compared.
+size_t compare(const conversion& c, const std::vector<uint64_t>& sources) {
+  lane_caller call(c.entry);
   const size_t lanes = static_cast<size_t>(c.entry.width);
   size_t compared = 0, wrong = 0;
   for (size_t at = 0; at + lanes <= sources.size(); at += lanes) {
-    Result got[16];
-    const void* arguments[] = {&sources[at]};
-    void* results[] = {got};
-    EXPECT_EQ(call(arguments, results), "") << c.entry.symbol();
+    argument_lane in[16];
+    result_lane got[16];
+    for (size_t i = 0; i < lanes; i++) in[i] = {sources[at + i]};
+    EXPECT_EQ(call(in, got), "") << c.entry.symbol();
     for (size_t i = 0; i < lanes; i++, compared++) {
-      auto want = static_cast<Result>(of(sources[at + i]));
-      if (got[i] != want && wrong++ < 5)
-        ADD_FAILURE() << c.entry.symbol() << " of " << std::hex << +sources[at + i] << " is " << +got[i] << ", not " << +want;
+      const uint64_t want = reference(c, sources[at + i]);
+      if (got[i][0] != want && wrong++ < 5)
+        ADD_FAILURE() << c.entry.symbol() << " of " << std::hex << sources[at + i] << " is " << got[i][0] << ", not " << want;
     }
   }
   return compared;
 }
 
-double as_double(uint32_t bits) {
-  float x;
-  std::memcpy(&x, &bits, 4);
-  uint64_t sign = bits >> 31;  // a NaN keeps its sign without passing through a conversion
-  if (std::isnan(x)) return std::copysign(std::numeric_limits<double>::quiet_NaN(), sign ? -1.0 : 1.0);
-  return x;
-}
-double as_double(uint64_t bits) {
-  double x;
-  std::memcpy(&x, &bits, 8);
-  return x;
-}
-
-template <class Source>
-size_t compare_to_integer(const conversion& c, const std::vector<Source>& sources) {
-  auto of = [&](Source b) { return reference_to_integer(c, as_double(b)); };
-  return c.bits == 32 ? compare<Source, uint32_t>(c, sources, of) : compare<Source, uint64_t>(c, sources, of);
-}
-
-template <class Source>
-size_t compare_from_integer(const conversion& c, const std::vector<Source>& sources) {
-  auto of = [&](Source n) { return reference_from_integer(c, n); };
-  return c.entry.type == element::f32 ? compare<Source, uint32_t>(c, sources, of) : compare<Source, uint64_t>(c, sources, of);
-}
-
-std::vector<uint32_t> low_words(const std::vector<uint64_t>& s) { return {s.begin(), s.end()}; }
-
 }  // namespace
 
 TEST(Conversions, ToInteger) {
-  const auto floats = real_sources<float, uint32_t>();
-  const auto doubles = real_sources<double, uint64_t>();
+  const auto floats = real_sources(element::f32), doubles = real_sources(element::f64);
   const auto all = conversions(true);
   ASSERT_EQ(all.size(), 64u);
-  for (const conversion& c : all)
-    EXPECT_GT(c.entry.type == element::f32 ? compare_to_integer(c, floats) : compare_to_integer(c, doubles), 500000u);
+  for (const conversion& c : all) EXPECT_GT(compare(c, c.entry.type == element::f32 ? floats : doubles), 500000u);
 }
 
 TEST(Conversions, FromInteger) {
-  const auto longs = integer_sources();
-  const auto ints = low_words(longs);
+  const auto sources = integer_sources();
   const auto all = conversions(false);
   ASSERT_EQ(all.size(), 32u);
-  for (const conversion& c : all)
-    EXPECT_GT(c.bits == 32 ? compare_from_integer(c, ints) : compare_from_integer(c, longs), 500000u);
+  for (const conversion& c : all) EXPECT_GT(compare(c, sources), 500000u);
 }
 
 // Floating-to-integer conversions round as their name says, whatever the caller's mode.
 TEST(Conversions, CallersRoundingModeDoesNotMatter) {
   size_t compared = 0;
   for (const conversion& c : conversions(true)) {
-    invoker call(c.entry, library_symbol(c.entry.symbol()));
+    lane_caller call(c.entry);
     for (uint32_t mode = 0; mode < 4; mode++)
       for (double x : {2.5, -2.5, 0.5, -0.4, 3.7, -3.7, 8388607.5, -8388607.5, 2147483000.5}) {
-        alignas(16) uint64_t got[4] = {};
-        float f[4] = {float(x), float(x), float(x), float(x)};
-        double d[2] = {x, x};
-        const void* arguments[] = {c.entry.type == element::f32 ? static_cast<const void*>(f) : d};
-        void* results[] = {got};
-        call_options options;
-        options.mxcsr |= mode << 13;
-        ASSERT_EQ(call(arguments, results, options), "") << c.entry.symbol();
-        uint64_t want = reference_to_integer(c, c.entry.type == element::f32 ? f[0] : x);
-        EXPECT_EQ(c.bits == 32 ? static_cast<uint32_t>(got[0]) : got[0], want)
-            << c.entry.symbol() << " of " << x << " in mode " << mode;
+        const uint64_t source = bits_of(c.entry.type, x);
+        std::array<argument_lane, 4> in;
+        std::array<result_lane, 4> got;
+        in.fill({source});
+        ASSERT_EQ(call(in.data(), got.data(), {.mxcsr = 0x1f80 | mode << 13}), "") << c.entry.symbol();
+        for (const result_lane& lane : got)
+          EXPECT_EQ(lane[0], reference(c, source)) << c.entry.symbol() << " of " << x << " in mode " << mode;
         compared++;
       }
   }
@@ -244,14 +216,14 @@ TEST(Conversions, CallersRoundingModeDoesNotMatter) {
 TEST(Conversions, Exhaustive) {
   if (!std::getenv("VORX_EXHAUSTIVE")) GTEST_SKIP() << "set VORX_EXHAUSTIVE to check all 2^32 sources";
   constexpr size_t chunk = 1 << 20;
-  std::vector<uint32_t> sources(chunk);
+  std::vector<uint64_t> sources(chunk);
   for (bool to_integer : {true, false})
     for (const conversion& c : conversions(to_integer, 16)) {
       if (to_integer ? c.entry.type != element::f32 : c.bits != 32) continue;
       size_t compared = 0;
       for (uint64_t from = 0; from < uint64_t(1) << 32; from += chunk) {
-        for (size_t i = 0; i < chunk; i++) sources[i] = static_cast<uint32_t>(from + i);
-        compared += to_integer ? compare_to_integer(c, sources) >> 10 : compare_from_integer(c, sources) >> 10;
+        std::iota(sources.begin(), sources.end(), from);
+        compared += compare(c, sources) >> 10;
         ASSERT_FALSE(testing::Test::HasFailure()) << c.entry.symbol();
       }
       EXPECT_EQ(compared, size_t(1) << 22);

@@ -12,14 +12,14 @@
 #include <string>
 #include <vector>
 
-#include "tools/invoke.h"
+#include "tests/lanes.h"
 
 namespace vorx {
 
 // Bits of one lane's arguments and of the results that they must give, whatever the element type.
 struct lane_case {
-  uint64_t in[3];
-  uint64_t out[2];
+  argument_lane in;
+  result_lane out;
 };
 
 template <class T>
@@ -80,13 +80,6 @@ std::vector<uint64_t> interesting_values(int random, unsigned seed) {
   return both;
 }
 
-inline const entry_point& find_entry(const std::string& function, element type, int width) {
-  static const std::vector<entry_point> all = entry_points();
-  return *std::find_if(all.begin(), all.end(), [&](const entry_point& e) {
-    return e.of->name == function && e.type == type && e.width == width && !e.native;
-  });
-}
-
 // Calls `function` with all cases at all widths. `inspect(flags, first, width)` is told what each call raised and which cases it
 // had, by the index of the first; indices wrap.
 template <class Inspect>
@@ -96,29 +89,24 @@ void run_every_width(const std::string& function, element type, std::vector<lane
   for (int width : widths) {
     const entry_point& e = find_entry(function, type, width);
     ASSERT_NE(library_symbol(e.symbol()), nullptr) << e.symbol();
-    invoker call(e, library_symbol(e.symbol()));
-    const shape& form = e.of->form;
+    lane_caller call(e);
     int failures = 0;
     for (size_t first = 0; first < cases.size(); first += static_cast<size_t>(width)) {
-      alignas(16) unsigned char arguments[3][128], results[2][128];
       const lane_case* lane[16];
-      for (int i = 0; i < width; i++) lane[i] = &cases[(first + static_cast<size_t>(i)) % cases.size()];
-      for (int a = 0; a < form.argument_count(); a++) {
-        size_t bytes = static_cast<size_t>(lane_bytes(form.arguments[a], type));
-        for (int i = 0; i < width; i++) std::memcpy(arguments[a] + bytes * static_cast<size_t>(i), &lane[i]->in[a], bytes);
+      argument_lane in[16];
+      result_lane out[16];
+      for (int i = 0; i < width; i++) {
+        lane[i] = &cases[(first + static_cast<size_t>(i)) % cases.size()];
+        in[i] = lane[i]->in;
       }
-      const void* in[] = {arguments[0], arguments[1], arguments[2]};
-      void* out[] = {results[0], results[1]};
       ASSERT_EQ(call(in, out, options), "") << e.symbol();
       for (int i = 0; i < width; i++)
-        for (int r = 0; r < form.result_count(); r++) {
-          size_t bytes = static_cast<size_t>(lane_bytes(form.results[r], type));
-          uint64_t got = 0, mask = bytes == 8 ? ~uint64_t{0} : 0xffffffff;
-          std::memcpy(&got, results[r] + bytes * static_cast<size_t>(i), bytes);
-          if (got == (lane[i]->out[r] & mask)) continue;
+        for (int r = 0; r < e.of->form.result_count(); r++) {
+          const uint64_t mask = lane_bytes(e.of->form.results[r], type) == 8 ? ~uint64_t{0} : 0xffffffff;
+          if (out[i][r] == (lane[i]->out[r] & mask)) continue;
           if (++failures <= 5)
-            ADD_FAILURE() << e.symbol() << " lane " << i << " result " << r << std::hex << ": of " << lane[i]->in[0] << ' '
-                          << lane[i]->in[1] << ' ' << lane[i]->in[2] << " got " << got << " want " << (lane[i]->out[r] & mask);
+            ADD_FAILURE() << e.symbol() << " lane " << i << " result " << r << std::hex << ": of " << hex(e, in[i]) << " got "
+                          << out[i][r] << " want " << (lane[i]->out[r] & mask);
         }
       inspect(call.flags(), lane, width);
     }
@@ -129,36 +117,6 @@ void run_every_width(const std::string& function, element type, std::vector<lane
 inline void run_every_width(const std::string& function, element type, const std::vector<lane_case>& cases,
                             const call_options& options = {}) {
   run_every_width(function, type, cases, options, [](uint32_t, const lane_case* const*, int) {});
-}
-
-// The status that a rare-case routine returned and the SSE exception flags that it raised.
-struct outcome {
-  int status;
-  uint32_t flags;
-  bool operator==(const outcome&) const = default;
-};
-inline std::ostream& operator<<(std::ostream& s, const outcome& o) { return s << "status " << o.status << " flags " << o.flags; }
-enum flag : uint32_t {
-  invalid_flag = 1,
-  denormal_flag = 2,
-  pole_flag = 4,
-  overflow_flag = 8,
-  underflow_flag = 16,
-  inexact_flag = 32
-};
-
-template <class Routine>
-[[gnu::noinline]] int call_out_of_line(Routine& routine) {  // so that its arithmetic stays between reading the flags
-  return routine();
-}
-template <class Routine>
-outcome observe(Routine routine) {
-  uint32_t before = _mm_getcsr();
-  _mm_setcsr(before & ~0x3fu);
-  int status = call_out_of_line(routine);
-  uint32_t after = _mm_getcsr();
-  _mm_setcsr(before);
-  return {status, after & 0x3f & ~denormal_flag};
 }
 
 }  // namespace vorx

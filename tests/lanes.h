@@ -66,6 +66,7 @@ class lane_caller {
     return violation;
   }
 
+  uint32_t flags() const { return call_.flags(); }  // exception flags that the last call raised
   const entry_point& entry() const { return entry_; }
   const layout& where_things_are() const { return call_.where_things_are(); }
 

@@ -7,6 +7,7 @@
 #include "exact/fmod.h"
 #include "exact/remainder.h"
 #include "tests/every_width.h"
+#include "tests/kernel_calls.h"
 
 using namespace vorx;
 

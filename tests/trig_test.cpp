@@ -9,7 +9,7 @@
 #include <sstream>
 
 #include "tests/every_width.h"
-#include "tests/lanes.h"
+#include "tests/kernel_calls.h"
 #include "trig/cos.h"
 #include "trig/sin.h"
 #include "trig/sincos.h"
@@ -18,13 +18,6 @@
 using namespace vorx;
 
 namespace {
-
-const entry_point& entry_of(const std::string& function, element type, int width, bool native = false) {
-  static const std::vector<entry_point> all = entry_points();
-  return *std::find_if(all.begin(), all.end(), [&](const entry_point& e) {
-    return e.of->name == function && e.type == type && e.width == width && e.native == native;
-  });
-}
 
 // The results of an entry point for as many arguments as it has lanes.
 template <class T>
@@ -119,7 +112,7 @@ TYPED_TEST(Trig, LargePathNextToMultiplesOfHalfPi) {
   for (int i = 0; i < 2000; i++)  // the numbers next to random multiples
     arguments.push_back(static_cast<T>(std::rint(std::ldexp(1.0 + (random() % 4096) / 4096.0, i % 40)) * 1.5707963267948966));
   for (const auto& f : functions<T>()) {
-    const entry_point& e = entry_of(f.name, TestFixture::type, TestFixture::width);
+    const entry_point& e = find_entry(f.name, TestFixture::type, TestFixture::width);
     for (T x : arguments) {
       T y = to_real<T>(run(e, beside_huge(x, e.width))[0][f.result]);
       EXPECT_LE(error_in_ulp(y, f.exact, x), f.large_bound) << e.symbol() << " result " << f.result << " of " << x;
@@ -132,7 +125,7 @@ TYPED_TEST(Trig, BothPathsKeepTheirBounds) {
   using T = TypeParam;
   std::mt19937_64 random(2);
   for (const auto& f : functions<T>()) {
-    const entry_point& e = entry_of(f.name, TestFixture::type, TestFixture::width);
+    const entry_point& e = find_entry(f.name, TestFixture::type, TestFixture::width);
     for (int i = 0; i < 3000; i++) {
       T x = static_cast<T>(std::uniform_real_distribution<double>(-f.threshold, f.threshold)(random) / std::ldexp(1.0, i % 40));
       T ordinary = to_real<T>(run(e, std::vector<T>(e.width, x))[0][f.result]);
@@ -147,7 +140,7 @@ TYPED_TEST(Trig, LargePathHasRandomArgumentsOfAllSizes) {
   using T = TypeParam;
   std::mt19937_64 random(3);
   for (const auto& f : functions<T>()) {
-    const entry_point& e = entry_of(f.name, TestFixture::type, TestFixture::width);
+    const entry_point& e = find_entry(f.name, TestFixture::type, TestFixture::width);
     for (int i = 0; i < 4000; i++) {
       T x = to_real<T>(sizeof(T) == 4 ? random() >> 32 : random());
       if (!std::isfinite(x)) continue;
@@ -164,7 +157,7 @@ TYPED_TEST(Trig, OneLaneAboveTheThresholdDecidesForAll) {
   const T infinity = std::numeric_limits<T>::infinity(), nan = std::numeric_limits<T>::quiet_NaN();
   for (const auto& f : functions<T>())
     for (int width : {2, 3, 4, 8, 16}) {
-      const entry_point& e = entry_of(f.name, TestFixture::type, width);
+      const entry_point& e = find_entry(f.name, TestFixture::type, width);
       T x = 1;
       uint64_t ordinary = 0, large = 0;
       for (int tries = 0; ordinary == large; tries++, x = std::nextafter(x, T(2))) {
@@ -197,7 +190,7 @@ TYPED_TEST(Trig, ZerosTinyAndSpecialLanesInBothKindsOfVector) {
   if (sizeof(T) == 4) unchanged.push_back(static_cast<T>(1e-7));
   for (const auto& f : functions<T>())
     for (int width : {2, 4, 8, 16}) {
-      const entry_point& e = entry_of(f.name, TestFixture::type, width);
+      const entry_point& e = find_entry(f.name, TestFixture::type, width);
       const bool cosine = f.exact == mpfr_cos;
       for (T magnitude : unchanged)
         for (T x : {magnitude, -magnitude}) {
@@ -218,8 +211,8 @@ TYPED_TEST(Trig, SincosAndSincosregAreTheSamePairs) {
   using T = TypeParam;
   for (bool native : {false, true})
     for (int width : widths) {
-      const entry_point &by_pointer = entry_of("sincos", TestFixture::type, width, native),
-                        &in_registers = entry_of("sincosreg", TestFixture::type, width, native);
+      const entry_point &by_pointer = find_entry("sincos", TestFixture::type, width, native),
+                        &in_registers = find_entry("sincosreg", TestFixture::type, width, native);
       auto values = interesting_values<T>(500, 4);
       for (size_t first = 0; first + 16 <= values.size(); first += width) {
         std::vector<T> x;

@@ -17,10 +17,8 @@ using namespace vorx::ulp;
 
 namespace {
 
-entry_point kernel_of(const std::string& name, element type, bool native = false) {
-  for (const entry_point& e : entry_points(false))
-    if (name == e.of->name && e.type == type && e.native == native && e.width == 4) return e;
-  throw std::runtime_error("no kernel " + name);
+const entry_point& kernel_of(const std::string& name, element type, bool native = false) {
+  return find_entry(name, type, 4, native);
 }
 
 struct output {
