@@ -1,7 +1,6 @@
 // The exponentials: statuses, flags and accuracy of the scalar routines, which no entry point shows; the ends of the native
 // range.
 #include <gtest/gtest.h>
-#include <mpfr.h>
 
 #include <cmath>
 #include <limits>
@@ -12,60 +11,13 @@
 #include "explog/exp2.h"
 #include "explog/expm1.h"
 #include "tests/kernel_calls.h"
+#include "tests/mpfr_error.h"
 
 using namespace vorx;
 
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
-using function = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t);
-
-// The function in 120 bits, and distances from it.
-class reference {
- public:
-  reference(function f, double x) {
-    mpfr_init2(x_, 53);
-    mpfr_init2(y_, 120);
-    mpfr_set_d(x_, x, MPFR_RNDN);
-    f(y_, x_, MPFR_RNDN);
-  }
-  ~reference() {
-    mpfr_clear(x_);
-    mpfr_clear(y_);
-  }
-  // In units of the last place that a T of the exact value's size has.
-  template <class T>
-  double ulp_from(T y) {
-    using limits = std::numeric_limits<T>;
-    int place = std::max<int>(mpfr_get_exp(y_), limits::min_exponent) - limits::digits;
-    return scaled_distance(y, place);
-  }
-  double relative_distance(double y) { return scaled_distance(y, mpfr_get_exp(y_)) / std::fabs(significand()); }
-  template <class T>
-  bool overflows() {
-    return mpfr_get_exp(y_) > std::numeric_limits<T>::max_exponent;
-  }
-  template <class T>
-  bool subnormal() {
-    return mpfr_get_exp(y_) < std::numeric_limits<T>::min_exponent;
-  }
-
- private:
-  double scaled_distance(double y, int place) {
-    mpfr_t d;
-    mpfr_init2(d, 120);
-    mpfr_sub_d(d, y_, y, MPFR_RNDN);
-    mpfr_mul_2si(d, d, -place, MPFR_RNDN);
-    double distance = std::fabs(mpfr_get_d(d, MPFR_RNDN));
-    mpfr_clear(d);
-    return distance;
-  }
-  double significand() {
-    long exponent;
-    return mpfr_get_d_2exp(&exponent, y_, MPFR_RNDN);
-  }
-  mpfr_t x_, y_;
-};
 
 // The scalar routine on x; every power but the exact ones raises inexact, which is left out.
 template <class K>
@@ -111,7 +63,7 @@ void check_special_results(scalar_of<K> far) {
 
 // Random arguments of the routine in [low, high]: error, status and flags.
 template <class K>
-void check_routine(function f, scalar_of<K> low, scalar_of<K> high, double limit) {
+void check_routine(mpfr_function f, scalar_of<K> low, scalar_of<K> high, double limit) {
   using T = scalar_of<K>;
   std::mt19937_64 random(1);
   std::uniform_real_distribution<T> argument(low, high);
@@ -121,7 +73,7 @@ void check_routine(function f, scalar_of<K> low, scalar_of<K> high, double limit
     T x = argument(random);
     if (!flagged<K>(x)) continue;
     checked++;
-    reference exact(f, x);
+    exact_value exact(f, x);
     auto o = rare<K>(x);
     if (exact.overflows<T>()) {
       EXPECT_EQ(o.result, infinity) << x;
@@ -139,14 +91,14 @@ void check_routine(function f, scalar_of<K> low, scalar_of<K> high, double limit
 
 // A native power: relative error in the normal range, infinity above, no more than the smallest normal number below.
 template <class K>
-void check_native(function f, scalar_of<K> low, scalar_of<K> high, double limit) {
+void check_native(mpfr_function f, scalar_of<K> low, scalar_of<K> high, double limit) {
   using T = scalar_of<K>;
   std::mt19937_64 random(2);
   std::uniform_real_distribution<T> argument(low, high);
   double worst = 0;
   for (int i = 0; i < 20000; i++) {
     T x = argument(random);
-    worst = std::max(worst, reference(f, x).relative_distance(path_of<K>(x)));
+    worst = std::max(worst, exact_value(f, x).relative_distance(path_of<K>(x)));
   }
   EXPECT_LT(worst, limit);
   for (T x : {high * T(1.001), high * 2, std::numeric_limits<T>::max(), T(infinity)}) EXPECT_EQ(path_of<K>(x), infinity) << x;
@@ -209,7 +161,7 @@ TEST(Exponentials, ScalarRoutinesIntoSubnormalsAndOverflow) {
 
 // Bits that a slip in a table, a coefficient or the order of operations changes: where the vector paths are at their worst.
 TEST(Exponentials, WorstArgumentsOfThePaths) {
-  auto error = [](auto y, function f, double x) { return reference(f, x).ulp_from(y); };
+  auto error = [](auto y, mpfr_function f, double x) { return exact_value(f, x).ulp_from(y); };
   EXPECT_NEAR(error(path_of<exp_f32>(-5.89163828f), mpfr_exp, -5.89163828f), 2.93, 0.005);
   EXPECT_EQ(bits_of(path_of<exp10_f32>(0.0f)), 0x3f800001);  // by the constant term of its linear polynomial
 }

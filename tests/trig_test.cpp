@@ -1,7 +1,5 @@
 // Sine, cosine and tangent: what is particular to them. One large lane sends its whole vector through the large path; both paths
 // must be right for every lane, next to multiples of pi/2 above all.
-#include <mpfr.h>
-
 #include <algorithm>
 #include <cmath>
 #include <fstream>
@@ -10,6 +8,7 @@
 
 #include "tests/every_width.h"
 #include "tests/kernel_calls.h"
+#include "tests/mpfr_error.h"
 #include "trig/cos.h"
 #include "trig/sin.h"
 #include "trig/sincos.h"
@@ -35,27 +34,6 @@ std::vector<T> beside_huge(T x, int width) {
   std::vector<T> v(width, x);
   v.back() = static_cast<T>(1e20);
   return v;
-}
-
-struct number {
-  mpfr_t v;
-  explicit number(int precision) { mpfr_init2(v, precision); }
-  number(const number&) = delete;
-  ~number() { mpfr_clear(v); }
-};
-using mpfr_function = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t);
-
-// Error of a result in units of the last place of the exact result.
-template <class T>
-double error_in_ulp(T result, mpfr_function f, T x) {
-  number argument(53), exact(160);
-  mpfr_set_d(argument.v, x, MPFR_RNDN);
-  f(exact.v, argument.v, MPFR_RNDN);
-  constexpr int precision = sizeof(T) == 4 ? 24 : 53, least = sizeof(T) == 4 ? -149 : -1074;
-  const long ulp = std::max<long>(mpfr_get_exp(exact.v) - precision, least);
-  mpfr_sub_d(exact.v, exact.v, result, MPFR_RNDN);
-  mpfr_mul_2si(exact.v, exact.v, -ulp, MPFR_RNDN);
-  return std::fabs(mpfr_get_d(exact.v, MPFR_RNDN));
 }
 
 // What there is to test in each function, once for each of its results.
@@ -115,7 +93,7 @@ TYPED_TEST(Trig, LargePathNextToMultiplesOfHalfPi) {
     const entry_point& e = find_entry(f.name, TestFixture::type, TestFixture::width);
     for (T x : arguments) {
       T y = to_real<T>(run(e, beside_huge(x, e.width))[0][f.result]);
-      EXPECT_LE(error_in_ulp(y, f.exact, x), f.large_bound) << e.symbol() << " result " << f.result << " of " << x;
+      EXPECT_LE(exact_value(f.exact, x).ulp_from(y), f.large_bound) << e.symbol() << " result " << f.result << " of " << x;
     }
   }
 }
@@ -130,8 +108,8 @@ TYPED_TEST(Trig, BothPathsKeepTheirBounds) {
       T x = static_cast<T>(std::uniform_real_distribution<double>(-f.threshold, f.threshold)(random) / std::ldexp(1.0, i % 40));
       T ordinary = to_real<T>(run(e, std::vector<T>(e.width, x))[0][f.result]);
       T large = to_real<T>(run(e, beside_huge(x, e.width))[0][f.result]);
-      EXPECT_LE(error_in_ulp(ordinary, f.exact, x), f.ordinary_bound) << e.symbol() << " of " << x;
-      EXPECT_LE(error_in_ulp(large, f.exact, x), f.large_bound) << e.symbol() << " of " << x << " beside a large lane";
+      EXPECT_LE(exact_value(f.exact, x).ulp_from(ordinary), f.ordinary_bound) << e.symbol() << " of " << x;
+      EXPECT_LE(exact_value(f.exact, x).ulp_from(large), f.large_bound) << e.symbol() << " of " << x << " beside a large lane";
     }
   }
 }
@@ -145,7 +123,7 @@ TYPED_TEST(Trig, LargePathHasRandomArgumentsOfAllSizes) {
       T x = to_real<T>(sizeof(T) == 4 ? random() >> 32 : random());
       if (!std::isfinite(x)) continue;
       T y = to_real<T>(run(e, beside_huge(x, e.width))[0][f.result]);
-      EXPECT_LE(error_in_ulp(y, f.exact, x), f.large_bound) << e.symbol() << " of " << x;
+      EXPECT_LE(exact_value(f.exact, x).ulp_from(y), f.large_bound) << e.symbol() << " of " << x;
     }
   }
 }
