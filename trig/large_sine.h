@@ -35,8 +35,8 @@ VORX_INLINE f32x4 angle_sum(i32x4 row, f32x4 r, f32x4 low, const large_sine_f32_
   f32x4 u = sh + lead;
   f32x4 v = u + tail;
   f32x4 error = (u - v) + tail + ((sh - u) + lead);
-  f32x4 cosine_part = sh * (z * (k.c1 + k.c2 * z));
-  f32x4 sine_part = ck * (r * z * (k.s1 + k.s2 * z));
+  f32x4 cosine_part = sh * z * (k.c1 + k.c2 * z);
+  f32x4 sine_part = ck * r * z * (k.s1 + k.s2 * z);
   return v + (cosine_part + (low * (ck - r * sh) + sl) + sine_part + error);
 }
 
@@ -76,8 +76,8 @@ VORX_INLINE sum_terms angle_sum_terms(i64x2 row, f64x2 r, f64x2 low, const large
   f64x2 u = sh + lead;
   f64x2 v = u + tail;
   f64x2 error = (u - v) + tail + ((sh - u) + lead);
-  f64x2 cosine_part = sh * (z * (k.c1 + z * (k.c2 + k.c3 * z)));
-  f64x2 sine_part = ck * (r * z * (k.s1 + k.s2 * z));
+  f64x2 cosine_part = sh * z * (k.c1 + z * (k.c2 + k.c3 * z));
+  f64x2 sine_part = ck * r * z * (k.s1 + k.s2 * z);
   return {v, cosine_part + (low * (ck - r * sh) + sl) + sine_part + error};
 }
 VORX_INLINE f64x2 angle_sum(i64x2 row, f64x2 r, f64x2 low, const large_sine_f64_constants& k) {
