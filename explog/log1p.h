@@ -22,6 +22,7 @@ struct log1p_f32_constants {
   rep32 significand = bits32(0x007fffff);
   rep32 scale = bits32(0x3b800000);              // 2^-8: significands in [2^-8, 2^-7) have their reciprocals in (128, 256]
   rep32 less = bits32(0x7f800000 - 0x7b000000);  // the exponent field of 2^(119 - E) is 0x7b000000 less E; from its complement
+  // ln(1 + r) on |r| <= 0.0043, c1 = 1: relative error 2^-27.2 (tables/fits/polynomials.sollya)
   rep32 c3 = c(0x3eaaab39, 0.333337575f);
   rep32 c2 = c(0xbf000036, -0.500003219f);
   rep32 ln2_hi = c(0x3f317200, 0.693145752f);  // low 9 bits zero, like those of ln2_lo: E * ln2 is exact in both parts
@@ -88,10 +89,7 @@ struct log1p_f64_constants {
   rep64 significand = bits64(0x000fffffffffffff);
   rep64 scale = bits64(0x3f50000000000000);  // 2^-10: significands in [2^-10, 2^-9) have their reciprocals in (512, 1024]
   rep64 less = bits64(0x7ff0000000000000 - 0x7f40000000000000);  // 2^(1013 - E) is 0x7f40000000000000 less E; from its complement
-  rep64 c3 = c(0xbfdffffffffff81f, -0.49999999999988803);
-  rep64 c2 = c(0x3fd55555555543c5, 0.33333333333308374);
-  rep64 c1 = c(0xbfd0000148058ee1, -0.2500003054940248);
-  rep64 c0 = c(0x3fc9999cacdb4d0a, 0.2000003665949424);
+  ln_polynomial_f64 ln;
   rep64 ln2_hi =
       c(0x3fe62e42fefa0000, 0.6931471805582987);  // low 17 bits zero, like those of ln2_lo: E * ln2 is exact in both parts
   rep64 ln2_lo = c(0x3d7cf79abc9e0000, 1.6465949582866463e-12);
@@ -131,8 +129,7 @@ struct log1p_f64_with : kernel<f64, log1p_f64_constants> {
     f64x2 tail = (e * k.ln2_lo + table_lo) + c;
 
     in_order(tail, r);
-    f64x2 r2 = r * r;
-    f64x2 p = r2 * ((k.c3 + k.c2 * r) + r2 * (k.c1 + k.c0 * r));  // ln(1 + r) - r
+    f64x2 p = ln_without_linear_term(r, k.ln);
     f64x2 sum = head + r;
     f64x2 lost = r - (sum - head);
     return ((lost + (p + tail)) + sum) | (x & k.sign);  // the sign is for -0
@@ -153,6 +150,7 @@ struct log1p_f32_native_constants : split_constants {
   rep32 minus_one = c(0xbf800000, -1.0f);
   rep32 sign = bits32(0x80000000);
   rep32 ln2 = c(0x3f317218, 0.693147182f);
+  // ln(1 + r) on |r| <= 1/3, c1 = 1: relative error 2^-13.2 (tables/fits/polynomials.sollya)
   rep32 c5 = c(0x3e612933, 0.219883725f);
   rep32 c4 = c(0xbe88e8fe, -0.267402589f);
   rep32 c3 = c(0x3eaa7160, 0.332896233f);

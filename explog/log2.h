@@ -9,15 +9,16 @@
 namespace vorx {
 
 struct log2_f32_constants : split_constants, positive_normal_f32_constants {
-  rep32 d9 = c(0x3e554012, 0.208252221f);
-  rep32 d8 = c(0xbe638e14, -0.222221673f);
-  rep32 d7 = c(0x3e4d660b, 0.200584576f);
-  rep32 d6 = c(0xbe727824, -0.236786425f);
-  rep32 d5 = c(0x3e93dd07, 0.28879568f);
-  rep32 d4 = c(0xbeb8b969, -0.360789567f);
-  rep32 d3 = c(0x3ef637c0, 0.480894089f);
-  rep32 d2 = c(0xbf38aa2b, -0.721346557f);
-  rep32 d1 = c(0x3fb8aa3b, 1.44269502f);
+  // log2(1 + r) on |r| <= 1/3: relative error 2^-23.9 (tables/fits/polynomials.sollya)
+  rep32 c9 = c(0x3e554012, 0.208252221f);
+  rep32 c8 = c(0xbe638e14, -0.222221673f);
+  rep32 c7 = c(0x3e4d660b, 0.200584576f);
+  rep32 c6 = c(0xbe727824, -0.236786425f);
+  rep32 c5 = c(0x3e93dd07, 0.28879568f);
+  rep32 c4 = c(0xbeb8b969, -0.360789567f);
+  rep32 c3 = c(0x3ef637c0, 0.480894089f);
+  rep32 c2 = c(0xbf38aa2b, -0.721346557f);
+  rep32 c1 = c(0x3fb8aa3b, 1.44269502f);
 };
 
 // Accurate. log2 of a power of two is exact; log2(+-0) = -inf, NaN below 0, log2(+inf) = +inf, NaN for NaN.
@@ -46,12 +47,13 @@ struct log2_f64_constants : positive_normal_f64_constants {
   rep32 index_digits = bits32(0x3fc);             // of the upper ten digits of the significand
   rep32 index_half = bits32(4);
   rep32 bias = bits32(0x3ff);
-  rep64 g6 = c(0xbfcec7316e9f33a2, -0.24045389081439078);
-  rep64 g5 = c(0x3fd277801a1a2762, 0.28854372548140905);
-  rep64 g4 = c(0xbfd715476521ed82, -0.36067376018737474);
-  rep64 g3 = c(0x3fdec709dc32988b, 0.48089834693599504);
-  rep64 g2 = c(0xbfe71547652b82ff, -0.7213475204444818);
-  rep64 g1 = c(0x3ff71547652b82fe, 1.4426950408889634);
+  // log2(1 + r) on |r| <= 2^-8: relative error 2^-54.2 (tables/fits/polynomials.sollya)
+  rep64 c6 = c(0xbfcec7316e9f33a2, -0.24045389081439078);
+  rep64 c5 = c(0x3fd277801a1a2762, 0.28854372548140905);
+  rep64 c4 = c(0xbfd715476521ed82, -0.36067376018737474);
+  rep64 c3 = c(0x3fdec709dc32988b, 0.48089834693599504);
+  rep64 c2 = c(0xbfe71547652b82ff, -0.7213475204444818);
+  rep64 c1 = c(0x3ff71547652b82fe, 1.4426950408889634);
   rep64 infinity = bits64(0x7ff0000000000000);
   rep64 subnormal_exponent = c(0xc08ff00000000000, -1022.0);
   rep64 minus_one = c(0xbff0000000000000, -1.0);
@@ -97,9 +99,9 @@ struct log2_f64 : kernel<f64, log2_f64_constants> {
   static f64x2 evaluate(const log2_reduction& s, f64x2 exponent, const constants& k) {
     f64x2 r = s.r, r2 = r * r;
     f64x2 head = exponent + s.hi;
-    f64x2 even = ((k.g6 * r2 + k.g4) * r2 + k.g2) * r2;
-    f64x2 odd = (k.g5 * r2 + k.g3) * r2 * r;
-    return (((even + odd) + s.lo) + k.g1 * r) + head;
+    f64x2 even = ((k.c6 * r2 + k.c4) * r2 + k.c2) * r2;
+    f64x2 odd = (k.c5 * r2 + k.c3) * r2 * r;
+    return (((even + odd) + s.lo) + k.c1 * r) + head;
   }
   // Not positive, normal and finite: the whole vector takes the large path, which gives every other lane the same bits.
   static i32x4 large(f64x2 x, const constants& k) { return not_positive_normal(x, k); }
@@ -127,10 +129,10 @@ struct log2_f64 : kernel<f64, log2_f64_constants> {
 };
 
 struct log2_f32_native_constants : split_constants {
-  rep32 d4 = c(0xbecaa28b, -0.39577135f);
-  rep32 d3 = c(0x3f03fa47, 0.51553768f);
-  rep32 d2 = c(0xbf386dc4, -0.7204249f);
-  rep32 d1 = c(0x3fb89a14, 1.4422021f);
+  rep32 c4 = c(0xbecaa28b, -0.39577135f);
+  rep32 c3 = c(0x3f03fa47, 0.51553768f);
+  rep32 c2 = c(0xbf386dc4, -0.7204249f);
+  rep32 c1 = c(0x3fb89a14, 1.4422021f);
 };
 
 // Native: relative error 3.5e-4 for positive normal x (tables/fits/log2_f32_native.sollya); exact for powers of two; unspecified
@@ -142,7 +144,7 @@ struct log2_f32_native : kernel<f32, log2_f32_native_constants> {
 
   static f32x4 path(f32x4 x, const constants& k) {
     auto [n, r] = split_at_two_thirds(x, k);
-    return r * horner(r, k.d4, k.d3, k.d2, k.d1) + n;
+    return r * horner(r, k.c4, k.c3, k.c2, k.c1) + n;
   }
 };
 
@@ -154,10 +156,10 @@ struct log2_f64_native_constants {
   rep32 index_digits = bits32(0x3fc);
   rep32 index_half = bits32(4);
   rep32 bias = bits32(0x3ff);
-  rep64 d4 = c(0xbfd71559dca827eb, -0.36067816303750416);
-  rep64 d3 = c(0x3fdec71c53b3b1e8, 0.48090274976746494);
-  rep64 d2 = c(0xbfe715476529654c, -0.7213475204290858);
-  rep64 d1 = c(0x3ff71547652aef42, 1.4426950408805657);
+  rep64 c4 = c(0xbfd71559dca827eb, -0.36067816303750416);
+  rep64 c3 = c(0x3fdec71c53b3b1e8, 0.48090274976746494);
+  rep64 c2 = c(0xbfe715476529654c, -0.7213475204290858);
+  rep64 c1 = c(0x3ff71547652aef42, 1.4426950408805657);
 };
 
 // Native: relative error 1.6e-10, from the low part of log2 c that is left out, for positive normal x
@@ -169,7 +171,7 @@ struct log2_f64_native : kernel<f64, log2_f64_native_constants> {
 
   static f64x2 path(f64x2 x, const constants& k) {
     log2_reduction s = reduce_by_128ths(x, k);
-    return s.r * horner(s.r, k.d4, k.d3, k.d2, k.d1) + (s.exponent + s.hi);
+    return s.r * horner(s.r, k.c4, k.c3, k.c2, k.c1) + (s.exponent + s.hi);
   }
 };
 

@@ -29,14 +29,14 @@ VORX_INLINE split split_at_two_thirds(f32x4 x, const split_constants& k) {
   return {to_float(above >> 23), m - k.one};
 }
 
-// p(r) = d1 r + ... + d9 r^9: linear pairs, Horner's rule in r^2.
+// p(r) = c1 r + ... + c9 r^9: linear pairs, Horner's rule in r^2.
 VORX_INLINE f32x4 polynomial_in_pairs(f32x4 r, const auto& k) {
   f32x4 r2 = r * r;
-  f32x4 p = r * k.d9 + k.d8;
-  p = p * r2 + (r * k.d7 + k.d6);
-  p = p * r2 + (r * k.d5 + k.d4);
-  p = p * r2 + (r * k.d3 + k.d2);
-  return (p * r + k.d1) * r;
+  f32x4 p = r * k.c9 + k.c8;
+  p = p * r2 + (r * k.c7 + k.c6);
+  p = p * r2 + (r * k.c5 + k.c4);
+  p = p * r2 + (r * k.c3 + k.c2);
+  return (p * r + k.c1) * r;
 }
 
 // ---- double: x = 2^k (1 + r) c with 1/c = j/512 or j/1024, j an integer from the reciprocal estimate ----
@@ -80,6 +80,21 @@ VORX_INLINE table_entry look_up(f64x2 x, f32x4 j, const double* table, const tab
   i32x4 biased = shift_right_logical(pack_high_words(as_int(x)), 20);
   i32x4 above_switch = as_int(j) > k.switch_point;  // -1 where the table has 1024/j
   return {to_double((biased - k.bias) + above_switch), log_c};
+}
+
+// ---- double: ln(1 + r) of log and log1p ----
+
+struct ln_polynomial_f64 {
+  // ln(1 + r) on |r| <= 0.00135, c1 = 1: relative error 2^-52.5 (tables/fits/polynomials.sollya)
+  rep64 c2 = c(0xbfdffffffffff81f, -0.49999999999988803);
+  rep64 c3 = c(0x3fd55555555543c5, 0.33333333333308374);
+  rep64 c4 = c(0xbfd0000148058ee1, -0.2500003054940248);
+  rep64 c5 = c(0x3fc9999cacdb4d0a, 0.2000003665949424);
+};
+// ln(1 + r) - r
+VORX_INLINE f64x2 ln_without_linear_term(f64x2 r, const ln_polynomial_f64& k) {
+  f64x2 r2 = r * r;
+  return r2 * ((k.c2 + k.c3 * r) + r2 * (k.c4 + k.c5 * r));
 }
 
 // ---- the lane test: whatever is not positive, normal and finite ----

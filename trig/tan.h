@@ -19,6 +19,7 @@ struct tan_f32_constants {
   rep32 half_pi_2 = c(0x39fd8000, 4.83512878e-04f);
   rep32 half_pi_3 = c(0x34a88000, 3.13855708e-07f);
   rep32 half_pi_4 = c(0x2e85a309, 6.07710063e-11f);
+  // tan r = r N(r^2) / D(r^2) on |r| <= pi/4: relative error 2^-25.0 (tables/fits/polynomials.sollya)
   rep32 n1 = c(0xbdc433b8, -0.0958017707f);
   rep32 n0 = c(0x3f800000, 1.0f);
   rep32 d2 = c(0x3c1f3375, 0.00971685816f);
@@ -60,6 +61,7 @@ struct tan_f32_native_constants {
   rep32 half_pi_1 = c(0x3fc90000, 1.5703125f);
   rep32 half_pi_2 = c(0x39fda000, 4.83751297e-04f);
   rep32 half_pi_3 = c(0x33a22169, 7.54979013e-08f);
+  // tan r = r N(r^2) / D(r^2) on |r| <= pi/4: relative error 2^-25.0 (tables/fits/polynomials.sollya)
   rep32 n1 = c(0xbdc433b8, -0.0958017707f);
   rep32 n0 = c(0x3f800000, 1.0f);
   rep32 d2 = c(0x3c1f3375, 0.00971685816f);
@@ -98,6 +100,7 @@ struct tan_f64_constants {
   rep64 half_pi_2 = c(0x3e74442d00000000, 7.5497894158615964e-08);
   rep64 half_pi_3 = c(0x3cf8469880000000, 5.3903025299577648e-15);
   rep64 half_pi_4 = c(0x3b78cc51701b839a, 3.2820035428735005e-22);
+  // tan r = r N(r^2) / D(r^2) on |r| <= pi/4: relative error 2^-54.0 (tables/fits/polynomials.sollya)
   rep64 n3 = c(0xbedf637dea7c0b2c, -7.483634966612065e-06);
   rep64 n2 = c(0x3f66fc6fe2982a7b, 0.0028059182411699891);
   rep64 n1 = c(0xbfc06b97bf03648a, -0.12828347040957438);
