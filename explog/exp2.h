@@ -98,9 +98,9 @@ struct exp2_f64_native_constants {
   native_exp2_f64_constants exp2;
 };
 
-// Native: 2^-41 relative; +inf from 1024 on, +0 below -1022 (no subnormal results), NaN for NaN.
+// Native: 2960 ULP (3.3e-13 relative); +inf from 1024 on, +0 below -1022 (no subnormal results), NaN for NaN.
 struct exp2_f64_native : kernel<f64, exp2_f64_native_constants> {
-  static constexpr double max_ulp = 4096;
+  static constexpr double max_ulp = 2960;
   static f64x2 path(f64x2 x, const constants& k) { return native_exp2(x * k.steps, k.exp2); }
 };
 

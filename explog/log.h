@@ -24,7 +24,7 @@ struct log_f32_constants : split_constants, positive_normal_f32_constants {
 };
 static_assert(low_zero_bits(log_f32_constants{}.ln2_hi) >= 9);
 
-// Accurate. log(1) = +0, log(+-0) = -inf, NaN below 0, log(+inf) = +inf, NaN for NaN.
+// Accurate: 0.98 ULP. log(1) = +0, log(+-0) = -inf, NaN below 0, log(+inf) = +inf, NaN for NaN.
 struct log_f32 : kernel<f32, log_f32_constants> {
   static constexpr double max_ulp = 0.98;
   static constexpr float seams[] = {0x1p-126f, 0x1.555556p-1f, 1.0f, 0x1.555556p0f};
@@ -49,7 +49,7 @@ struct log_f64_constants : table_reduction_constants, positive_normal_f64_consta
   ln_polynomial_f64 ln;
 };
 
-// Accurate, special results as above.
+// Accurate: 1.60 ULP. Special results as above.
 template <class Reciprocal = hardware_reciprocal>
 struct log_f64_with : kernel<f64, log_f64_constants> {
   static constexpr double max_ulp = 1.6;

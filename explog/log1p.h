@@ -32,7 +32,7 @@ struct log1p_f32_constants {
 };
 static_assert(low_zero_bits(log1p_f32_constants{}.ln2_hi) >= 9 && low_zero_bits(log1p_f32_constants{}.ln2_lo) >= 9);
 
-// Accurate; a tiny x returns x. log1p(+-0) = +-0, log1p(-1) = -inf, NaN below -1, log1p(+inf) = +inf, NaN for NaN.
+// Accurate: 0.75 ULP; a tiny x returns x. log1p(+-0) = +-0, log1p(-1) = -inf, NaN below -1, log1p(+inf) = +inf, NaN for NaN.
 template <class Reciprocal = hardware_reciprocal>
 struct log1p_f32_with : kernel<f32, log1p_f32_constants> {
   static constexpr double max_ulp = 0.75;
@@ -98,7 +98,7 @@ struct log1p_f64_constants {
 };
 static_assert(low_zero_bits(log1p_f64_constants{}.ln2_hi) >= 12 && low_zero_bits(log1p_f64_constants{}.ln2_lo) >= 12);
 
-// Accurate, special results as above.
+// Accurate: 0.75 ULP. Special results as above.
 template <class Reciprocal = hardware_reciprocal>
 struct log1p_f64_with : kernel<f64, log1p_f64_constants> {
   static constexpr double max_ulp = 0.75;

@@ -21,7 +21,7 @@ struct log2_f32_constants : split_constants, positive_normal_f32_constants {
   rep32 c1 = c(0x3fb8aa3b, 1.44269502f);
 };
 
-// Accurate. log2 of a power of two is exact; log2(+-0) = -inf, NaN below 0, log2(+inf) = +inf, NaN for NaN.
+// Accurate: 2.62 ULP. log2 of a power of two is exact; log2(+-0) = -inf, NaN below 0, log2(+inf) = +inf, NaN for NaN.
 struct log2_f32 : kernel<f32, log2_f32_constants> {
   static constexpr double max_ulp = 2.62;
   static constexpr float seams[] = {0x1p-126f, 0x1.555556p-1f, 1.0f, 0x1.555556p0f};
@@ -87,7 +87,7 @@ VORX_INLINE log2_reduction reduce_by_128ths(f64x2 x, const auto& k) {
   return {(m - c) * reciprocal, hi, lo, to_double(shift_right_logical(high, 20) - k.bias)};
 }
 
-// Accurate, special results as above. No reciprocal estimate: the same bits on every processor.
+// Accurate: 2.12 ULP. Special results as above. No reciprocal estimate: the same bits on every processor.
 struct log2_f64 : kernel<f64, log2_f64_constants> {
   static constexpr double max_ulp = 2.12;
   static constexpr double seams[] = {0x1p-1022, 0x1.ffp-1, 1.0, 0x1.01p0};
