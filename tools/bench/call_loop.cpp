@@ -97,6 +97,18 @@ call scalar_call(const entry_point& e, const peer& p, int lane) {
   return c;
 }
 
+// All lanes of a record by one call of a loop in C.
+call scalar_loop_call(const entry_point& e, const peer& p) {
+  const shape& s = e.of->form;
+  const record r = record_of(s, e.type, e.width);
+  const int behind_last = r.argument[0] + e.width * lane_bytes(s.arguments[0], e.type);
+  return {p.address,
+          {{piece::address_slot, 0, r.argument[0], 4},
+           {piece::address_slot, 4, behind_last, 4},
+           {piece::address_slot, 8, r.result[0], 4}},
+          {}};
+}
+
 // One register of a record by the independent vector library.
 call vector_call(const entry_point& e, const peer& p, int i) {
   const shape& s = e.of->form;
@@ -228,7 +240,9 @@ call_loop::call_loop(const entry_point& e, const void* address, chaining c) {
 call_loop::call_loop(const entry_point& e, const peer& p) {
   int bytes = record_of(e.of->form, e.type, e.width).bytes;
   std::vector<call> calls;
-  if (p.kind == peer_kind::scalar || p.kind == peer_kind::scalar_sincos)
+  if (p.kind == peer_kind::scalar_loop)
+    calls.push_back(scalar_loop_call(e, p));
+  else if (p.kind == peer_kind::scalar || p.kind == peer_kind::scalar_sincos)
     for (int lane = 0; lane < e.width; lane++) calls.push_back(scalar_call(e, p, lane));
   else
     for (int i = 0; i < registers(kind::real, e.type, e.width); i++) calls.push_back(vector_call(e, p, i));

@@ -23,6 +23,7 @@ record record_of(const shape& s, element e, int width);
 enum class peer_kind {
   scalar,         // cdecl: arguments on the stack, pointers behind them, result in st(0) or eax
   scalar_sincos,  // the same with two pointers and no result
+  scalar_loop,    // cdecl: addresses of the first argument lane, of the end of these lanes, and of the first result lane
   vector,         // registers in xmm0, xmm1, xmm2; result in xmm0
   vector_pair,    // two results through a hidden pointer, which the callee removes
 };

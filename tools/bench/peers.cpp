@@ -33,6 +33,7 @@ const void* symbol(const char* library, const std::string& name) {
 }  // namespace
 
 peer scalar_peer(const function& f, element e) {
+  if (peer p = conversion_loop(f, e); p.address) return p;
   std::string name = name_at_peers(f);
   if (name.empty() || !has_c_form(f.form)) return {};
   if (e == element::f32) name += "f";

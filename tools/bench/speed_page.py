@@ -81,10 +81,11 @@ def table(rows, of_type, functions):
 
 
 def plot(rows, of_type, peers, title, path):
-    """Bars: how many times as fast as the peers, accurate variants. False if there is nothing to show or no gnuplot."""
+    """Bars: how many times as fast as the peers, accurate variants; the 48 conversions are in the tables only. False if there is nothing to show or no gnuplot."""
     lanes = HEAD_TO_HEAD[of_type]
     bars = [(key[0], [by_width[lanes][p] for p in peers]) for key, by_width in rows.items()
-            if key[1] == of_type and key[2] == "accurate" and by_width[lanes][peers[0]] is not None]
+            if key[1] == of_type and key[2] == "accurate" and not key[0].startswith("cvt")
+            and by_width[lanes][peers[0]] is not None]
     if not bars or not shutil.which("gnuplot"):
         return False
     data = "\n".join(f"{name} " + " ".join("?" if v is None else f"{v:.4g}" for v in values) for name, values in bars)
@@ -132,7 +133,9 @@ How to read the tables:
 - *inlined*: core cycles per lane of the kernel (path and lane test) inlined into a loop over arrays: what a call adds is the
   difference.
 - *×*: time of the peer over time of this library, on the same arguments in the same run: above 1 this library is faster.
-  *scalar C* is the C library lane by lane, *1.0 ULP* and *3.5 ULP* are the independent vector library (libsleef), SSE4.1. All at
+  *scalar C* is the C library lane by lane; for conversions, a loop of casts over the lanes, compiled without vectorisation, with
+  `rint`, `floor` or `ceil` before the cast, comparisons for saturation, and for directed rounding of integers a correction by one
+  unit after the cast. *1.0 ULP* and *3.5 ULP* are the independent vector library (libsleef), SSE4.1. All at
   4 float or 2 double lanes, one register, where the vector library is called in the same way. Ratios are medians of
   the repetitions; their spread (half of the middle half) is given where it is more than 2%.
 - *latency*: core cycles of a call whose argument waits for the result of the call before, at 4 float or 2 double lanes
