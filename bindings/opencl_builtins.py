@@ -77,10 +77,8 @@ def mangle(name, parameters, space, pointee):
 
 
 def lane_kinds(entry):
-    """Kinds of the arguments and results of an entry point; the catalogue does not tell unsigned integers from signed ones."""
-    def kind(vector):
-        return vector["kind"].replace("i", "u") if re.match(r"cvt(fpto)?u", entry["function"]) else vector["kind"]
-    return [kind(a) for a in entry["arguments"]], [kind(r) for r in entry["results"]]
+    """Kinds of the arguments and results of an entry point."""
+    return [a["kind"] for a in entry["arguments"]], [r["kind"] for r in entry["results"]]
 
 
 def names_of(entry):

@@ -22,7 +22,9 @@ enum class kind : uint8_t {
   none,
   real,  // the element type
   i32,   // a 32-bit integer, packed like float lanes in double functions too
+  u32,   // the same without sign
   i64,   // a 64-bit integer, packed like double lanes
+  u64,   // the same without sign
   bits,  // an integer of the element's size (the codes of nan)
 };
 
@@ -50,10 +52,14 @@ inline constexpr shape two_results{{real}, {real, real}};          // sincos, fr
 inline constexpr shape and_int{{real}, {real, i32}};               // frexp, lgammar
 inline constexpr shape binary_and_int{{real, real}, {real, i32}};  // remquo
 inline constexpr shape pair{{real}, {real, real}, true};           // sincosreg
-inline constexpr shape to_i32{{real}, {i32}};                      // ilogb, cvtfptoi32*, cvtfptou32*
-inline constexpr shape to_i64{{real}, {i64}};                      // cvtfptoi64*, cvtfptou64*
-inline constexpr shape from_i32{{i32}, {real}};                    // cvti32tofp*, cvtu32tofp*
-inline constexpr shape from_i64{{i64}, {real}};                    // cvti64tofp*, cvtu64tofp*
+inline constexpr shape to_i32{{real}, {i32}};                      // ilogb, cvtfptoi32*
+inline constexpr shape to_u32{{real}, {u32}};                      // cvtfptou32*
+inline constexpr shape to_i64{{real}, {i64}};                      // cvtfptoi64*
+inline constexpr shape to_u64{{real}, {u64}};                      // cvtfptou64*
+inline constexpr shape from_i32{{i32}, {real}};                    // cvti32tofp*
+inline constexpr shape from_u32{{u32}, {real}};                    // cvtu32tofp*
+inline constexpr shape from_i64{{i64}, {real}};                    // cvti64tofp*
+inline constexpr shape from_u64{{u64}, {real}};                    // cvtu64tofp*
 inline constexpr shape from_bits{{bits}, {real}};                  // nan
 }  // namespace shapes
 
@@ -64,14 +70,16 @@ constexpr int lane_bytes(kind k, element e) {
     case kind::none:
       return 0;
     case kind::i32:
+    case kind::u32:
       return 4;
     case kind::i64:
+    case kind::u64:
       return 8;
     default:
       return e == element::f32 ? 4 : 8;
   }
 }
-constexpr bool is_integer(kind k) { return k == kind::i32 || k == kind::i64 || k == kind::bits; }
+constexpr bool is_integer(kind k) { return k != kind::none && k != kind::real; }
 
 // Lanes that the registers of a width carry: three lanes are treated as four.
 constexpr int carried_lanes(int width) { return width == 3 ? 4 : width; }

@@ -91,6 +91,10 @@ struct entry {
   template <int R>
   using result = step<S.results[R], E>;
 
+  // 32-bit integers beside doubles: a register holds those of two steps.
+  template <kind Kind>
+  static constexpr bool two_steps_to_a_register = E::lanes == 2 && lane_bytes(Kind, E::id) == 4;
+
   // f(i) for every step: unrolled, i a compile-time constant, unless everything is in memory.
   template <class Function>
   VORX_INLINE static void each_step(Function f) {
@@ -125,7 +129,7 @@ struct entry {
         x = {{n}, {n}};
       else
         x = {n};
-    } else if constexpr (S.arguments[A] == kind::i32 && E::lanes == 2) {  // two steps to a register
+    } else if constexpr (two_steps_to_a_register<S.arguments[A]>) {
       if constexpr (L.arguments[A].place == where::stack)
         x = {_mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(w + (L.arguments[A].at - 4) + 8 * i))};
       else
@@ -179,10 +183,14 @@ struct entry {
       return half ? to_register(_mm_blend_pd(from_register<__m128d>(x), from_register<__m128d>(with), 2))
                   : _mm_blend_ps(x, with, 8);
     };
-    if constexpr (Kind == kind::real) return blend(to_register(typename E::vector(constant_pool<fill_constants<F, E>>.real)));
-    if constexpr (Kind == kind::i32) return blend(to_register(i32x4(constant_pool<integer_fill_constants>.one_i32)));
-    if constexpr (Kind == kind::i64) return blend(to_register(i64x2(constant_pool<integer_fill_constants>.one_i64)));
-    if constexpr (Kind == kind::bits) return blend(_mm_setzero_ps());
+    if constexpr (Kind == kind::real)
+      return blend(to_register(typename E::vector(constant_pool<fill_constants<F, E>>.real)));
+    else if constexpr (Kind == kind::bits)
+      return blend(_mm_setzero_ps());
+    else if constexpr (half)
+      return blend(to_register(i64x2(constant_pool<integer_fill_constants>.one_i64)));
+    else
+      return blend(to_register(i32x4(constant_pool<integer_fill_constants>.one_i32)));
   }
 
   // The argument registers, the fourth of three lanes filled. The body does this before anything else.
@@ -226,7 +234,7 @@ struct entry {
       o = static_cast<int64_t>(static_cast<uint64_t>(static_cast<uint32_t>(_mm_extract_epi32(v, 1))) << 32 |
                                static_cast<uint32_t>(_mm_cvtsi128_si32(v)));
     } else if constexpr (p.place == where::xmm) {
-      if constexpr (S.results[R] == kind::i32 && E::lanes == 2) {
+      if constexpr (two_steps_to_a_register<S.results[R]>) {
         __m128& half = o.xmm[p.at + i / 2];
         half = to_register(i % 2 ? join(from_register<i32x4>(half), value) : value);
       } else if constexpr (sizeof(T) == 32) {

@@ -127,10 +127,14 @@ struct step<kind::i32, E> {
   using lane = int32_t;
 };
 template <class E>
+struct step<kind::u32, E> : step<kind::i32, E> {};
+template <class E>
 struct step<kind::i64, E> {
   using type = std::conditional_t<E::lanes == 4, i64x4, i64x2>;
   using lane = int64_t;
 };
+template <class E>
+struct step<kind::u64, E> : step<kind::i64, E> {};
 template <class E>
 struct step<kind::bits, E> {
   using type = typename E::integer_vector;

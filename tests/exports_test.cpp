@@ -50,6 +50,23 @@ TEST_F(Library, NamesFollowTheGrammar) {
   }
 }
 
+// The rows of the conversions are written by hand: what a name says of the integers, its shape says too.
+TEST(Catalogue, ShapesOfConversionsSayWhatTheirNamesSay) {
+  const std::pair<const char*, kind> integers[] = {
+      {"i32", kind::i32}, {"u32", kind::u32}, {"i64", kind::i64}, {"u64", kind::u64}};
+  int conversions = 0;
+  for (const function& f : catalogue())
+    for (const auto& [word, k] : integers) {
+      const std::string name = f.name, to = std::string("cvtfpto") + word, from = std::string("cvt") + word + "tofp";
+      if (!name.starts_with(to) && !name.starts_with(from)) continue;
+      const bool to_integer = name.starts_with(to);
+      EXPECT_EQ(f.form.arguments[0], to_integer ? kind::real : k) << name;
+      EXPECT_EQ(f.form.results[0], to_integer ? k : kind::real) << name;
+      conversions++;
+    }
+  EXPECT_EQ(conversions, 48);
+}
+
 TEST_F(Library, DependsOnNothingAndHidesNothing) {
   EXPECT_TRUE(entries(DT_NEEDED).empty());
   EXPECT_TRUE(entries(DT_TEXTREL).empty());

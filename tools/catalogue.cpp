@@ -13,8 +13,12 @@ const char* name_of(kind k, element e) {
   switch (k) {
     case kind::i32:
       return "i32";
+    case kind::u32:
+      return "u32";
     case kind::i64:
       return "i64";
+    case kind::u64:
+      return "u64";
     case kind::bits:
       return e == element::f32 ? "u32" : "u64";
     default:

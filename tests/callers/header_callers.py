@@ -5,7 +5,6 @@ Usage: header_callers.py catalogue.json c|cpp FILE          compiled with -DCALL
 """
 
 import json
-import re
 import sys
 
 SIGNATURE = "const void* x0, const void* x1, const void* x2, void* r, void* s"
@@ -14,8 +13,6 @@ VECTOR = {"f32": "float", "f64": "double", "i32": "int", "u32": "uint", "i64": "
 
 
 def type_name(kind, entry):
-    if re.match(r"cvt(fpto)?u", entry["function"]):
-        kind = kind.replace("i", "u")
     return LANE[kind] if entry["lanes"] == 1 else f"vorx_{VECTOR[kind]}{entry['lanes']}"
 
 

@@ -39,14 +39,19 @@ struct fixture {
     return bytes + lane / e.width * layout_of_record.bytes + layout_of_record.result[r] + lane % e.width * result_bytes(r);
   }
   double value(int r, int lane) const {
-    float single;
-    double value;
-    int32_t integer;
-    int64_t long_integer;
-    if (form.results[r] == kind::i32) return std::memcpy(&integer, result(r, lane), 4), integer;
-    if (form.results[r] == kind::i64) return std::memcpy(&long_integer, result(r, lane), 8), double(long_integer);
-    if (e.type == element::f32) return std::memcpy(&single, result(r, lane), 4), single;
-    return std::memcpy(&value, result(r, lane), 8), value;
+    auto lane_as = [&](auto type) { return std::memcpy(&type, result(r, lane), sizeof type), static_cast<double>(type); };
+    switch (form.results[r]) {
+      case kind::i32:
+        return lane_as(int32_t{});
+      case kind::u32:
+        return lane_as(uint32_t{});
+      case kind::i64:
+        return lane_as(int64_t{});
+      case kind::u64:
+        return lane_as(uint64_t{});
+      default:
+        return e.type == element::f32 ? lane_as(float{}) : lane_as(double{});
+    }
   }
 
   entry_point e;

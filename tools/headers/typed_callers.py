@@ -1,8 +1,6 @@
 """Functions that call an entry point with typed arguments: one for each combination of shape, element type and lanes. They spread
 vectors over registers and stack as the caller of the pattern (asm_callers.py) wants them."""
 
-import re
-
 from asm_callers import Pattern
 
 LANE = {"f32": "float", "f64": "double", "i32": "int32_t", "u32": "uint32_t", "i64": "int64_t", "u64": "uint64_t"}
@@ -19,14 +17,9 @@ class TypedCaller:
 
     def __init__(self, entry):
         self.entry, self.lanes = entry, entry["lanes"]
-        unsigned = re.match(r"cvt(fpto)?u", entry["function"]) is not None  # the catalogue's kinds do not tell
-
-        def kind(v):
-            return v["kind"].replace("i", "u") if unsigned else v["kind"]
-        self.arguments = [kind(a) for a in entry["arguments"]]
-        self.results = [kind(r) for r in entry["results"]]
-        shape = re.sub(r"i(32|64)$", r"u\1", entry["shape"]) if unsigned else entry["shape"]
-        self.name = f"vorx_{shape}_{entry['type']}x{self.lanes}"
+        self.arguments = [a["kind"] for a in entry["arguments"]]
+        self.results = [r["kind"] for r in entry["results"]]
+        self.name = f"vorx_{entry['shape']}_{entry['type']}x{self.lanes}"
         self.pattern = Pattern.of(entry)
         self.has_pointer = self.pattern.pointer
         self.is_pair = len(self.results) == 2 and not self.has_pointer

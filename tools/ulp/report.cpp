@@ -54,8 +54,10 @@ std::string value_text(kind k, element e, uint64_t bits) {
     std::snprintf(text, sizeof text, "%.*g", e == element::f32 ? 9 : 17, as_double(e, bits));
   else if (k == kind::i32)
     std::snprintf(text, sizeof text, "%d", static_cast<int32_t>(bits));
-  else
+  else if (k == kind::i64)
     std::snprintf(text, sizeof text, "%" PRId64, static_cast<int64_t>(bits));
+  else
+    std::snprintf(text, sizeof text, "%" PRIu64, bits);
   return text;
 }
 
