@@ -1,9 +1,9 @@
 // Prints what is generated from the catalogue: the machine-readable catalogue, the version script of the library, and how many of
 // the entry points exist.
-#include "frame/catalogue.h"
-
 #include <cstdio>
 #include <cstring>
+
+#include "tools/claims.h"
 
 using namespace vorx;
 
@@ -51,6 +51,11 @@ void print_placement(kind k, element e, const placement& p, const char* separato
               name_of(p.place), p.at, p.count);
 }
 
+// Whether a lane may send all others through another path, whose last bits differ; not known before there is a kernel.
+const char* decides_for_whole_vector(const entry_point& p) {
+  return !p.of->ready ? "null" : claims_of(p).whole_vector ? "true" : "false";
+}
+
 void print_json() {
   std::printf("[");
   const char* separator = "\n";
@@ -60,8 +65,9 @@ void print_json() {
     std::printf(
         "%s{\"name\": \"%s\", \"function\": \"%s\", \"family\": \"%s\", \"shape\": \"%s\", \"type\": \"%s\", \"lanes\": %d, ",
         separator, p.symbol().c_str(), f.name, f.family, f.shape_name, p.type == element::f32 ? "f32" : "f64", p.width);
-    std::printf("\"variant\": \"%s\", \"exists\": %s, \"fourth_lane\": \"%s\", \"arguments\": [",
-                p.native ? "native" : "accurate", f.ready ? "true" : "false", f.fourth_lane);
+    std::printf("\"variant\": \"%s\", \"exists\": %s, \"decides_for_whole_vector\": %s, ", p.native ? "native" : "accurate",
+                f.ready ? "true" : "false", decides_for_whole_vector(p));
+    std::printf("\"fourth_lane\": \"%s\", \"arguments\": [", f.fourth_lane);
     for (int a = 0; a < f.form.argument_count(); a++) print_placement(f.form.arguments[a], p.type, l.arguments[a], a ? ", " : "");
     std::printf("], \"results\": [");
     for (int r = 0; r < f.form.result_count(); r++) print_placement(f.form.results[r], p.type, l.results[r], r ? ", " : "");

@@ -79,6 +79,7 @@ class Function:
         paragraphs = [self.text["brief"]]
         paragraphs += [self.text["units"]] if "units" in self.text else []
         paragraphs += ["Special results: " + self.text["special"]] if "special" in self.text else []
+        paragraphs += self.about_neighbours()
         if self.has_native:
             paragraphs.append("Native: " + self.text.get("native", "zeros, subnormals, infinities, NaN and arguments whose result "
                                                          "leaves the range of the type may give any value."))
@@ -87,6 +88,15 @@ class Function:
             accurate = [e for e in self.entries if e["variant"] == "accurate"]
             lines += ["Where lanes of 1, 2, 3, 4, 8, 16 are:", *describe_registers(accurate, self.arguments, self.results)]
         return "\n".join(["/**"] + [f" * {line}" for line in lines] + [" */"])
+
+    def about_neighbours(self):
+        """What a lane may do to the others, where one decides for all."""
+        decides = {(e["variant"], LANE[e["type"]]): e["decides_for_whole_vector"] for e in self.entries}
+        if not any(decides.values()):
+            return []
+        exceptions = " and ".join(f"{variant} {of_type}" for (variant, of_type), does in decides.items() if not does)
+        return ["One lane with a large argument sends the whole vector to the path for large arguments; the other lanes may then "
+                "differ in the last bits from what they are without it" + (f" (not so: {exceptions})." if exceptions else ".")]
 
     def c_declarations(self):
         lines = [self.comment(with_registers=True)]
@@ -162,7 +172,7 @@ C_TAIL = '''
 #endif
 '''
 CPP_HEAD = '''\
-// The entry points of __ocl_vorx_p8 for C++: vorx::exp(x) on float, double and their vectors of 2, 3, 4, 8 and 16 lanes calls the
+// The entry points of __ocl_vorx_p8 for C++17: vorx::exp(x) on float, double and their vectors of 2, 3, 4, 8 and 16 lanes calls the
 // entry point of that type and width, vorx::native::exp(x) its native variant. Functions with two results return a struct.
 // Generated from the catalogue; vorx/vorx.h says where the lanes are.
 #pragma once
