@@ -26,7 +26,7 @@ struct cos_f32 : with_rare_cases<with_large_path<cos_kernel<f32, sine_f32_consta
   static f32x4 large_path(f32x4 x) { return {cos_large<f32x4>(x.v)}; }
 };
 
-// Native: 1.4e-4 relative; without special results.
+// Native: 1.4e-4 relative; without special results, cos(0) = 1.000136.
 struct cos_f32_native : with_large_path<cos_kernel<f32, sine_f32_native_constants>> {
   static constexpr double max_ulp = 2360;
   static f32x4 large_path(f32x4 x) { return {cos_large<f32x4>(x.v)}; }
@@ -39,7 +39,7 @@ struct cos_f64 : with_rare_cases<with_large_path<cos_kernel<f64, sine_f64_consta
   static f64x2 large_path(f64x2 x) { return {cos_large<f64x2>(x.v)}; }
 };
 
-// Native: 6e-9 relative; three parts of pi for every argument.
+// Native: 6e-9 relative, cos(0) = 1 + 6e-9; three parts of pi for every argument.
 struct cos_f64_native : cos_kernel<f64, sine_f64_native_constants> {
   static constexpr double max_ulp = 5.46e7;
   static constexpr double domain[] = {-10000.0, 10000.0};  // where it holds next to multiples of pi, too

@@ -63,7 +63,7 @@ struct sincos_f32 : with_rare_cases<with_large_path<sincos_kernel<f32, sincos_f3
   static two<f32x4, f32x4> large_path(f32x4 x) { return sincos_large_path(x); }
 };
 
-// Native: 1.4e-4 relative; without special results.
+// Native: 1.4e-4 relative; without special results, cos(0) = 1.000136.
 struct sincos_f32_native : with_large_path<sincos_kernel<f32, sincos_f32_constants<sine_f32_native_constants>>> {
   static constexpr double max_ulp = 2330;
   static two<f32x4, f32x4> large_path(f32x4 x) { return sincos_large_path(x); }
@@ -76,7 +76,7 @@ struct sincos_f64 : with_rare_cases<with_large_path<sincos_kernel<f64, sincos_f6
   static two<f64x2, f64x2> large_path(f64x2 x) { return sincos_large_path(x); }
 };
 
-// Native: 6e-9 relative; three parts of pi for every argument.
+// Native: 6e-9 relative, cos(0) = 1 + 6e-9; three parts of pi for every argument.
 struct sincos_f64_native : sincos_kernel<f64, sincos_f64_constants<sine_f64_native_constants>> {
   static constexpr double max_ulp = 5.46e7;
   static constexpr double domain[] = {-10000.0, 10000.0};  // where it holds next to multiples of pi, too
