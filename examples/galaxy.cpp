@@ -215,17 +215,31 @@ class demo {
   bool good_ = true;
 };
 
+const char usage[] =
+    "usage: galaxy [--size N] [--sources N] [--output FILE]\n"
+    "  --size N       pixels of a side, a multiple of 16 (2048)\n"
+    "  --sources N    sources of light (400)\n"
+    "  --output FILE  where the picture goes (galaxy.png)\n";
+
 }  // namespace
 
 int main(int argc, char** argv) {
   int size = 2048, count = 400;
   std::string output = "galaxy.png";
-  for (int i = 1; i + 1 < argc; i += 2) {
-    if (!std::strcmp(argv[i], "--size")) size = std::atoi(argv[i + 1]) / 16 * 16;
-    if (!std::strcmp(argv[i], "--sources")) count = std::atoi(argv[i + 1]);
-    if (!std::strcmp(argv[i], "--output")) output = argv[i + 1];
+  for (int i = 1; i < argc; i += 2) {
+    const std::string option = argv[i];
+    const char* value = i + 1 < argc ? argv[i + 1] : nullptr;
+    if (option == "--help") return std::fputs(usage, stdout), 0;
+    if (value && option == "--size")
+      size = std::atoi(value) / 16 * 16;
+    else if (value && option == "--sources")
+      count = std::atoi(value);
+    else if (value && option == "--output")
+      output = value;
+    else
+      return std::fprintf(stderr, "galaxy: %s: no such option, or no value\n%s", argv[i], usage), 2;
   }
-  if (size < 16 || count < 1) return std::fprintf(stderr, "usage: galaxy [--size N] [--sources N] [--output FILE]\n"), 2;
+  if (size < 16 || count < 1) return std::fprintf(stderr, "galaxy: size 16 or more, sources 1 or more\n%s", usage), 2;
 
   demo d(size, static_cast<size_t>(count));
   d.run_scalar();

@@ -1,5 +1,9 @@
-// The vector types in C++: vorx::float8, vorx::vec<float, 8> for generic code, and lanes from and to memory.
+// The vector types in C++17: vorx::float8, vorx::vec<float, 8> for generic code, and lanes from and to memory.
 #pragma once
+
+#if __cplusplus < 201703L
+#error "vorx: the C++ headers need C++17 (-std=c++17); vorx/vorx.h serves C++11 and C"
+#endif
 
 #include <cstring>
 #include <type_traits>
