@@ -31,6 +31,7 @@ ulp: build/build.ninja
 # docs/*.md and plots, from what the tools measure; the numbers are kept in docs/data.
 # EXHAUSTIVE=1 also runs kernels over all 2^32 inputs where docs/data/exhaustive.csv has no valid result: minutes for each.
 docs: docs/speed.md docs/accuracy.md
+	python3 tools/readme_tables.py README.md docs/data
 
 .PHONY: docs/accuracy.md
 docs/accuracy.md: build/build.ninja
