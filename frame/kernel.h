@@ -10,7 +10,7 @@
 // but that lane's arguments, with one exception. The choice between two paths, both good for any ordinary lane, may be made for
 // the whole vector: with
 //
-//     static constexpr bool whole_vector = true;                  said for the tools, which compare lanes with neighbours
+//     static constexpr bool whole_vector = true;                  said for catalogue.json and the tools
 //     static i32x4 large(f32x4 x, const constants& k);            in the sign bit of the lane
 //     static f32x4 large_path(f32x4 x);                           out of line, one copy for all widths
 //
