@@ -2,25 +2,24 @@
 // visits all exponents, powers of two, seams, small integers and halves, and arguments close to each other.
 #pragma once
 
-#include <bit>
 #include <random>
 #include <string_view>
 #include <vector>
 
 #include "tests/lanes.h"
 #include "tools/claims.h"
+#include "tools/float_format.h"
 
 namespace vorx {
 
 class argument_source {
  public:
   // The sequence depends on the function, the type and the variant only.
-  explicit argument_source(const entry_point& e)
-      : form_(e.of->form), type_(e.type), significand_bits_(e.type == element::f32 ? 23 : 52) {
+  explicit argument_source(const entry_point& e) : form_(e.of->form), type_(e.type), format_(format_of(e.type)) {
     uint64_t seed = e.native ? 3 : 5;
     for (char c : std::string_view(e.of->name)) seed = seed * 31 + static_cast<unsigned char>(c);
     random_.seed(seed * 2 + (e.type == element::f64));
-    for (double seam : claims_of(e).seams) seams_.push_back(bits_of(seam));
+    for (double seam : claims_of(e).seams) seams_.push_back(bits_of(type_, seam));
   }
 
   argument_lane next() {
@@ -34,7 +33,7 @@ class argument_source {
       lane[0] = first[i / second.size()];
       lane[1] = second[i % second.size()];
     } else if (i -= pairs; i < around_seams) {
-      lane[0] = ((seams_[i / 258] + i % 129 - 64) ^ (i / 129 % 2 ? sign() : 0)) & all_bits();
+      lane[0] = ((seams_[i / 258] + i % 129 - 64) ^ (i / 129 % 2 ? format_.sign : 0)) & format_.mask();
     }
     return lane;
   }
@@ -43,7 +42,7 @@ class argument_source {
   argument_lane hostile() {
     argument_lane lane{};
     for (int a = 0; a < form_.argument_count(); a++) {
-      const uint64_t real[] = {one(), infinity() | sign(), infinity() + 0x1234, 0x123, infinity() - 1};
+      const uint64_t real[] = {one(), format_.infinity | format_.sign, format_.infinity + 0x1234, 0x123, format_.infinity - 1};
       lane[a] = is_integer(form_.arguments[a]) ? any_integer(form_.arguments[a]) : real[random_() % 5];
     }
     return lane;
@@ -54,19 +53,13 @@ class argument_source {
     for (int a = 0; a < form_.argument_count(); a++)
       lane[a] = is_integer(form_.arguments[a])
                     ? 1 + random_() % 5
-                    : one() - (uint64_t{2} << significand_bits_) + random_() % (uint64_t{2} << significand_bits_);
+                    : one() - (uint64_t{2} << format_.fraction_bits()) + random_() % (uint64_t{2} << format_.fraction_bits());
     return lane;
   }
   uint64_t random() { return random_(); }
 
  private:
-  uint64_t sign() const { return type_ == element::f32 ? 0x80000000 : uint64_t{1} << 63; }
-  uint64_t infinity() const { return type_ == element::f32 ? 0x7f800000 : 0x7ff0000000000000; }
-  uint64_t one() const { return type_ == element::f32 ? 0x3f800000 : 0x3ff0000000000000; }
-  uint64_t all_bits() const { return sign() | (sign() - 1); }
-  uint64_t bits_of(double x) const {
-    return type_ == element::f32 ? std::bit_cast<uint32_t>(static_cast<float>(x)) : std::bit_cast<uint64_t>(x);
-  }
+  uint64_t one() const { return bits_of(type_, 1); }
 
   std::vector<uint64_t> special_values(kind k) const {
     std::vector<uint64_t> values;
@@ -78,13 +71,14 @@ class argument_source {
             values.push_back(static_cast<uint64_t>(factor) * ((uint64_t{1} << bit) + static_cast<uint64_t>(near)) & mask);
       return values;
     }
-    const uint64_t least_normal = uint64_t{1} << significand_bits_;
-    const uint64_t quiet = infinity() + least_normal / 2;
-    for (uint64_t v : {uint64_t{0},    uint64_t{1},     uint64_t{0x123}, least_normal - 1, least_normal,   one() - 1,
-                       one(),          one() + 1,       bits_of(0.5),    bits_of(1.5),     bits_of(2),     bits_of(3),
-                       bits_of(100),   bits_of(0x1p23), bits_of(0x1p52), bits_of(1e20),    infinity() - 1, infinity(),
-                       infinity() + 1, quiet - 1,       quiet,           quiet + 0x1234})
-      for (uint64_t s : {uint64_t{0}, sign()}) values.push_back(v | s);
+    const uint64_t least_normal = format_.least_normal(), quiet = format_.infinity | format_.quiet;
+    const uint64_t infinity = format_.infinity;
+    auto of = [this](double x) -> uint64_t { return bits_of(type_, x); };
+    for (uint64_t v : {of(0),        uint64_t{1}, uint64_t{0x123}, least_normal - 1, least_normal, one() - 1,
+                       one(),        one() + 1,   of(0.5),         of(1.5),          of(2),        of(3),
+                       of(100),      of(0x1p23),  of(0x1p52),      of(1e20),         infinity - 1, infinity,
+                       infinity + 1, quiet - 1,   quiet,           quiet + 0x1234})
+      for (uint64_t s : {uint64_t{0}, format_.sign}) values.push_back(v | s);
     return values;
   }
 
@@ -105,23 +99,23 @@ class argument_source {
 
   uint64_t any(kind k, uint64_t first, int argument) {
     if (is_integer(k)) return any_integer(k);
-    const uint64_t significand = random_() & ((uint64_t{1} << significand_bits_) - 1), s = random_() & sign();
+    const uint64_t significand = random_() & ((uint64_t{1} << format_.fraction_bits()) - 1), s = random_() & format_.sign;
     const uint64_t offset = random_() % 129 - 64;
     if (argument > 0 && !is_integer(form_.arguments[0]) && random_() % 4 == 0)  // close to the first, or to a multiple of it
-      return (first + (random_() % 2 ? offset : (random_() % 129 - 64) << significand_bits_)) & all_bits();
+      return (first + (random_() % 2 ? offset : (random_() % 129 - 64) << format_.fraction_bits())) & format_.mask();
     switch (random_() % 8) {
       case 0:
       case 1:
-        return random_() & all_bits();
+        return random_() & format_.mask();
       case 2:
       case 3:  // moderate
-        return (one() + ((random_() % 25 - 12) << significand_bits_) + significand) | s;
+        return (one() + ((random_() % 25 - 12) << format_.fraction_bits()) + significand) | s;
       case 4: {  // around a power of two
-        const uint64_t exponents = (sign() >> significand_bits_) - 1;
-        return (((random_() % exponents << significand_bits_) + offset) & (sign() - 1)) | s;
+        const uint64_t exponents = (format_.sign >> format_.fraction_bits()) - 1;
+        return (((random_() % exponents << format_.fraction_bits()) + offset) & (format_.sign - 1)) | s;
       }
       case 5:
-        if (!seams_.empty()) return (pick(seams_) + offset) & all_bits();
+        if (!seams_.empty()) return (pick(seams_) + offset) & format_.mask();
         [[fallthrough]];
       case 6:  // an integer or half-integer, or close to one
         return bits_of(static_cast<double>(static_cast<int>(random_() % 4097) - 2048) / 2) + random_() % 3;
@@ -133,7 +127,7 @@ class argument_source {
 
   shape form_;
   element type_;
-  int significand_bits_;
+  float_format format_;
   std::mt19937_64 random_;
   std::vector<uint64_t> seams_;
   size_t produced_ = 0;

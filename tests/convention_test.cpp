@@ -78,9 +78,7 @@ argument_lane fill_of(const entry_point& e) {
   argument_lane lane{};
   for (int a = 0; a < e.of->form.argument_count(); a++) {
     const kind k = e.of->form.arguments[a];
-    lane[a] = is_integer(k)            ? k != kind::bits
-              : e.type == element::f32 ? std::bit_cast<uint32_t>(static_cast<float>(value))
-                                       : std::bit_cast<uint64_t>(value);
+    lane[a] = is_integer(k) ? k != kind::bits : bits_of(e.type, value);
   }
   return lane;
 }

@@ -2,7 +2,6 @@
 // With VORX_EXHAUSTIVE set, all 2^32 sources of every conversion from float and from 32-bit integers.
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cmath>
 #include <cstdlib>
 #include <numeric>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "tests/lanes.h"
+#include "tools/float_format.h"
 
 using namespace vorx;
 
@@ -80,19 +80,18 @@ uint64_t reference_to_integer(const conversion& c, double x) {
   return c.bits == 32 ? value & 0xffffffff : value;
 }
 
-// The bits of a floating-point number with a `fraction`-bit field and a `bias`: the integer cut to its leading bits, moved
-// outward by what the rest says.
+// The bits of a floating-point number: the integer cut to its leading bits, moved outward by what the rest says.
 uint64_t reference_from_integer(const conversion& c, uint64_t source) {
-  const int fraction = c.entry.type == element::f32 ? 23 : 52, bias = c.entry.type == element::f32 ? 127 : 1023;
-  const int size = c.entry.type == element::f32 ? 32 : 64;
+  const float_format& format = format_of(c.entry.type);
+  const int fraction = format.fraction_bits();
   if (c.bits == 32)
     source = c.has_sign ? static_cast<uint64_t>(static_cast<int64_t>(static_cast<int32_t>(source))) : source & 0xffffffff;
   bool negative = c.has_sign && static_cast<int64_t>(source) < 0;
   uint64_t n = negative ? 0 - source : source;
   if (n == 0) return 0;
   int exponent = 63 - __builtin_clzll(n), cut = exponent - fraction;
-  uint64_t bits =
-      (static_cast<uint64_t>(bias + exponent) << fraction) + ((cut > 0 ? n >> cut : n << -cut) - (uint64_t(1) << fraction));
+  uint64_t bits = (static_cast<uint64_t>(format.bias() + exponent) << fraction) +
+                  ((cut > 0 ? n >> cut : n << -cut) - (uint64_t(1) << fraction));
   if (cut > 0) {
     uint64_t rest = n & ((uint64_t(1) << cut) - 1), half = uint64_t(1) << (cut - 1);
     bool outward = c.way == direction::nearest ? rest > half || (rest == half && (bits & 1))
@@ -101,30 +100,26 @@ uint64_t reference_from_integer(const conversion& c, uint64_t source) {
                                                : false;
     bits += outward;  // carries into the exponent where it must
   }
-  return bits | static_cast<uint64_t>(negative) << (size - 1);
+  return negative ? bits | format.sign : bits;
 }
 
 // ---- sources ----
-
-uint64_t bits_of(element type, double x) {
-  return type == element::f32 ? std::bit_cast<uint32_t>(static_cast<float>(x)) : std::bit_cast<uint64_t>(x);
-}
 
 std::mt19937_64 random_bits(1);
 
 // Floating-point sources whose rounding or range is in question, then random ones of all exponents; as bits.
 std::vector<uint64_t> real_sources(element type) {
-  const uint64_t mask = type == element::f32 ? 0xffffffff : ~uint64_t(0);
+  const float_format& format = format_of(type);
   std::vector<uint64_t> s;
   auto around = [&](double x) {
     for (double sign : {1.0, -1.0})
-      for (int d = -3; d <= 3; d++) s.push_back((bits_of(type, sign * x) + static_cast<uint64_t>(d)) & mask);
+      for (int d = -3; d <= 3; d++) s.push_back((bits_of(type, sign * x) + static_cast<uint64_t>(d)) & format.mask());
   };
   for (int e = -4; e <= 66; e++)
     for (double offset : {-1.5, -1.0, -0.5, -0.25, 0.0, 0.25, 0.5, 1.0, 1.5, 2.5}) around(std::ldexp(1.0, e) + offset);
   for (double x : {0.0, 0.4, 2.5, 4294967295.5, 2147483648.5, 2147483647.5, 9.3e18, 1.9e19}) around(x);
-  for (double x : {HUGE_VAL, std::nan(""), type == element::f32 ? 0x1p-149 : 0x1p-1074}) around(x);
-  for (int i = 0; i < 40000; i++) s.push_back(random_bits() & mask);
+  for (double x : {HUGE_VAL, std::nan(""), as_double(type, 1)}) around(x);
+  for (int i = 0; i < 40000; i++) s.push_back(random_bits() & format.mask());
   for (int i = 0; i < 40000; i++)
     around(std::ldexp(static_cast<double>(random_bits() >> 40) + 0.5, static_cast<int>(random_bits() % 46) - 6));
   return s;
@@ -148,11 +143,6 @@ std::vector<uint64_t> integer_sources() {
 }
 
 // ---- the comparison ----
-
-double as_double(element type, uint64_t bits) {
-  if (type == element::f64) return std::bit_cast<double>(bits);
-  return static_cast<double>(std::bit_cast<float>(static_cast<uint32_t>(bits)));  // a NaN keeps its sign
-}
 
 uint64_t reference(const conversion& c, uint64_t source) {
   return c.to_integer ? reference_to_integer(c, as_double(c.entry.type, source)) : reference_from_integer(c, source);

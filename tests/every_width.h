@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "tests/lanes.h"
+#include "tools/float_format.h"
 
 namespace vorx {
 
@@ -22,61 +23,36 @@ struct lane_case {
   result_lane out;
 };
 
-template <class T>
-using bits_type = std::conditional_t<sizeof(T) == 4, uint32_t, uint64_t>;
-template <class T>
-inline constexpr element element_of = sizeof(T) == 4 ? element::f32 : element::f64;
-
-template <class T>
-bits_type<T> to_bits(T x) {
-  return std::bit_cast<bits_type<T>>(x);
-}
-template <class T>
-T to_real(uint64_t b) {
-  return std::bit_cast<T>(static_cast<bits_type<T>>(b));
-}
-
-// Fields of the format of T.
-template <class T>
-struct bits_of_format {
-  static constexpr int fraction_bits = sizeof(T) == 4 ? 23 : 52;
-  static constexpr uint64_t sign = uint64_t{1} << (8 * sizeof(T) - 1);
-  static constexpr uint64_t infinity = sizeof(T) == 4 ? 0x7f800000u : 0x7ff0000000000000u;
-  static constexpr uint64_t quiet = uint64_t{1} << (fraction_bits - 1);
-  static constexpr uint64_t default_nan = sign | infinity | quiet;  // what the processor makes of an invalid operation
-  static bool is_nan(uint64_t b) { return (b & ~sign) > infinity; }
-};
-
 // Zeros, subnormals, powers of two and their neighbours, integers and halves, the largest numbers, infinities, quiet and
 // signalling NaN, all with both signs; and random bits.
 template <class T>
 std::vector<uint64_t> interesting_values(int random, unsigned seed) {
-  using F = bits_of_format<T>;
+  constexpr const float_format& F = format_of(element_of<T>);
   std::vector<uint64_t> values = {0,
                                   1,
                                   2,
                                   3,
-                                  F::quiet,
-                                  2 * F::quiet - 1,
-                                  F::infinity,
-                                  F::infinity - 1,
-                                  F::infinity + 1,
-                                  F::infinity + 0x1234,
-                                  F::infinity | F::quiet,
-                                  F::infinity | F::quiet | 0x321};
-  for (int n : {-1000, -130, -126, -60, -25, -2, -1, 0, 1, 2, F::fraction_bits - 1, F::fraction_bits, F::fraction_bits + 1, 31,
+                                  F.quiet,
+                                  2 * F.quiet - 1,
+                                  F.infinity,
+                                  F.infinity - 1,
+                                  F.infinity + 1,
+                                  F.infinity + 0x1234,
+                                  F.infinity | F.quiet,
+                                  F.infinity | F.quiet | 0x321};
+  for (int n : {-1000, -130, -126, -60, -25, -2, -1, 0, 1, 2, F.fraction_bits() - 1, F.fraction_bits(), F.fraction_bits() + 1, 31,
                 63, 120, 1000}) {
-    uint64_t power = to_bits(static_cast<T>(std::ldexp(1.0, n)));
+    uint64_t power = bits_of(static_cast<T>(std::ldexp(1.0, n)));
     for (uint64_t d : {0, 1, 2}) values.insert(values.end(), {power + d, power > d ? power - d : d});
   }
-  for (int i = 1; i < 20; i++) values.push_back(to_bits(static_cast<T>(i * 0.5)));
+  for (int i = 1; i < 20; i++) values.push_back(bits_of(static_cast<T>(i * 0.5)));
   std::mt19937_64 generator(seed);
   for (int i = 0; i < random; i++) {
     values.push_back(sizeof(T) == 4 ? generator() >> 32 : generator());
-    values.push_back(to_bits(static_cast<T>(std::uniform_real_distribution<double>(-100, 100)(generator))));
+    values.push_back(bits_of(static_cast<T>(std::uniform_real_distribution<double>(-100, 100)(generator))));
   }
   std::vector<uint64_t> both;
-  for (uint64_t b : values) both.insert(both.end(), {b, b ^ F::sign});
+  for (uint64_t b : values) both.insert(both.end(), {b, b ^ F.sign});
   return both;
 }
 

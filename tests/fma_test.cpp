@@ -13,16 +13,16 @@ namespace {
 template <class T>
 class Fma : public testing::Test {
  public:
-  using F = bits_of_format<T>;
+  static constexpr const float_format& F = format_of(element_of<T>);
   static constexpr element type = element_of<T>;
-  static constexpr int fields = static_cast<int>(F::infinity >> F::fraction_bits), bias = fields / 2;
+  static constexpr int fields = static_cast<int>(F.infinity >> F.fraction_bits()), bias = fields / 2;
   std::mt19937_64 generator{13};
 
   int below(int n) { return static_cast<int>(generator() % static_cast<unsigned>(n)); }
   uint64_t number(int field) {
-    uint64_t fraction = generator() & (2 * F::quiet - 1);
-    if (generator() % 2) fraction &= ~uint64_t{0} << below(F::fraction_bits);
-    return (generator() & F::sign) | static_cast<uint64_t>(std::clamp(field, 0, fields - 1)) << F::fraction_bits | fraction;
+    uint64_t fraction = generator() & (2 * F.quiet - 1);
+    if (generator() % 2) fraction &= ~uint64_t{0} << below(F.fraction_bits());
+    return (generator() & F.sign) | static_cast<uint64_t>(std::clamp(field, 0, fields - 1)) << F.fraction_bits() | fraction;
   }
 
   // Addends at every distance from the product, cancellation down to the last bit, and ties, with products anywhere, around the
@@ -32,21 +32,21 @@ class Fma : public testing::Test {
     auto add = [&](uint64_t x, uint64_t y, uint64_t z) { all.push_back({{x, y, z}, {}}); };
     for (int i = 0; i < 100000; i++) {
       int ex = below(fields), ey = below(fields);
-      if (i % 4 == 1) ey = bias - (ex - bias) + below(40) - 20;                             // near 1
-      if (i % 4 == 2) ey = bias - (ex - bias) - bias - F::fraction_bits + below(120) - 30;  // around the smallest numbers
-      if (i % 4 == 3) ey = bias - (ex - bias) + bias + below(8) - 4;                        // around the largest numbers
+      if (i % 4 == 1) ey = bias - (ex - bias) + below(40) - 20;                              // near 1
+      if (i % 4 == 2) ey = bias - (ex - bias) - bias - F.fraction_bits() + below(120) - 30;  // around the smallest numbers
+      if (i % 4 == 3) ey = bias - (ex - bias) + bias + below(8) - 4;                         // around the largest numbers
       uint64_t x = number(ex), y = number(ey);
-      T product = to_real<T>(x) * to_real<T>(y);
+      T product = value_of<T>(x) * value_of<T>(y);
       int field = std::clamp(ex + ey - bias, 0, fields - 1);
-      add(x, y, number(field + below(4 * F::fraction_bits) - 2 * F::fraction_bits));
+      add(x, y, number(field + below(4 * F.fraction_bits()) - 2 * F.fraction_bits()));
       add(x, y, number(field + below(5) - 2));
-      add(x, y, to_bits(product) ^ F::sign);
-      add(x, y, (to_bits(product) ^ F::sign) + static_cast<uint64_t>(below(5) - 2));
-      add(x, y, (generator() & F::sign) | static_cast<uint64_t>(below(4)));
-      add(x, to_bits(T(1)), y);  // a sum
+      add(x, y, bits_of(product) ^ F.sign);
+      add(x, y, (bits_of(product) ^ F.sign) + static_cast<uint64_t>(below(5) - 2));
+      add(x, y, (generator() & F.sign) | static_cast<uint64_t>(below(4)));
+      add(x, bits_of(T(1)), y);  // a sum
       // A tie of the sum, moved off or not by a product far below it.
-      uint64_t z = number(field), half_unit = static_cast<uint64_t>(std::clamp(field - F::fraction_bits - 1, 1, fields - 1));
-      add(number(bias + below(2)), half_unit << F::fraction_bits | (i & 1), z);
+      uint64_t z = number(field), half_unit = static_cast<uint64_t>(std::clamp(field - F.fraction_bits() - 1, 1, fields - 1));
+      add(number(bias + below(2)), half_unit << F.fraction_bits() | (i & 1), z);
     }
     std::vector<uint64_t> values = interesting_values<T>(0, 1);
     for (int i = 0; i < 60000; i++)
@@ -56,8 +56,8 @@ class Fma : public testing::Test {
 
   static uint64_t nan_result(uint64_t x, uint64_t y, uint64_t z) {
     for (uint64_t b : {x, y, z})
-      if (F::is_nan(b)) return b | F::quiet;
-    return F::default_nan;
+      if (F.is_nan(b)) return b | F.quiet;
+    return F.default_nan();
   }
 };
 using Types = testing::Types<float, double>;
@@ -86,19 +86,19 @@ T correctly_rounded(T x, T y, T z) {
 
 TYPED_TEST(Fma, RoundsOnce) {
   using T = TypeParam;
-  using F = bits_of_format<T>;
+  constexpr const float_format& F = format_of(element_of<T>);
   auto cases = this->cases();
   size_t subnormal = 0, infinite = 0, checked = 0;
   for (lane_case& c : cases) {
-    T x = to_real<T>(c.in[0]), y = to_real<T>(c.in[1]), z = to_real<T>(c.in[2]);
-    uint64_t result = to_bits(std::fma(x, y, z));
-    c.out[0] = F::is_nan(result) ? this->nan_result(c.in[0], c.in[1], c.in[2]) : result;
-    if (F::is_nan(result)) continue;
-    subnormal += (result & ~F::sign) < 2 * F::quiet;
-    infinite += (result & ~F::sign) == F::infinity;
+    T x = value_of<T>(c.in[0]), y = value_of<T>(c.in[1]), z = value_of<T>(c.in[2]);
+    uint64_t result = bits_of(std::fma(x, y, z));
+    c.out[0] = F.is_nan(result) ? this->nan_result(c.in[0], c.in[1], c.in[2]) : result;
+    if (F.is_nan(result)) continue;
+    subnormal += (result & ~F.sign) < 2 * F.quiet;
+    infinite += (result & ~F.sign) == F.infinity;
     if (&c - cases.data() < 200000) {
       T reference = correctly_rounded(x, y, z);
-      ASSERT_EQ(to_bits(reference), result) << "the references disagree";
+      ASSERT_EQ(bits_of(reference), result) << "the references disagree";
       checked++;
     }
   }

@@ -1,7 +1,6 @@
 // Replays what no generator can know: results that are exact by definition (specials.csv), and the worst inputs that the accuracy
 // tool found (witnesses.csv), whose error must stay within the kernel's claim.
 #include <algorithm>
-#include <bit>
 #include <cmath>
 
 #include "tests/rows.h"
@@ -38,15 +37,12 @@ TEST(KnownResults, Witnesses) {
     ASSERT_EQ(r.more.size(), 2u) << "witnesses.csv:" << r.line;
     const size_t which = r.more[0] == "1";
     const element type = r.kernel.type;
-    auto value = [type](uint64_t bits) {
-      return type == element::f32 ? std::bit_cast<float>(static_cast<uint32_t>(bits)) : std::bit_cast<double>(bits);
-    };
-    const double recorded = value(parse_bits(r.results[which], kind::real, type)), error = std::stod(r.more[1]);
-    const double ulp =
-        std::ldexp(1.0, std::max(std::ilogb(recorded), type == element::f32 ? -126 : -1022) - (type == element::f32 ? 23 : 52));
+    const float_format& format = format_of(type);
+    const double recorded = as_double(type, parse_bits(r.results[which], kind::real, type)), error = std::stod(r.more[1]);
+    const double ulp = std::ldexp(1.0, std::max(std::ilogb(recorded), format.lowest_exponent) - format.fraction_bits());
     for (int width : widths) {
       const result_lane got = call_with_all_lanes(r, width);
-      const double error_now = std::fabs((value(got[which]) - recorded) / ulp + error);
+      const double error_now = std::fabs((as_double(type, got[which]) - recorded) / ulp + error);
       EXPECT_LE(error_now, std::max(claims_of(r.kernel).max_ulp, 0.5))
           << "witnesses.csv:" << r.line << ": " << r.kernel.of->name << '(' << hex(r.kernel, r.arguments) << ") of " << width
           << " lanes gives " << hex(r.kernel, got) << ", recorded " << r.results[which];

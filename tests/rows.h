@@ -3,12 +3,12 @@
 #pragma once
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <fstream>
 #include <sstream>
 
 #include "tests/lanes.h"
+#include "tools/float_format.h"
 
 namespace vorx {
 
@@ -24,12 +24,12 @@ inline uint64_t parse_bits(const std::string& text, kind k, element type) {
   if (text.starts_with("0x")) return std::strtoull(text.c_str(), nullptr, 16);
   const uint64_t mask = lane_bytes(k, type) == 4 ? 0xffffffff : ~uint64_t{0};
   if (is_integer(k)) return static_cast<uint64_t>(std::strtoll(text.c_str(), nullptr, 10)) & mask;
-  return type == element::f32 ? std::bit_cast<uint32_t>(std::strtof(text.c_str(), nullptr))
-                              : std::bit_cast<uint64_t>(std::strtod(text.c_str(), nullptr));
+  return type == element::f32 ? bits_of(std::strtof(text.c_str(), nullptr)) : bits_of(std::strtod(text.c_str(), nullptr));
 }
 
 inline bool is_quiet_nan(uint64_t bits, element type) {
-  return type == element::f32 ? (bits & 0x7fc00000) == 0x7fc00000 : (bits & 0x7ff8000000000000) == 0x7ff8000000000000;
+  const float_format& format = format_of(type);
+  return format.is_nan(bits) && !format.is_signalling(bits);
 }
 
 struct row {

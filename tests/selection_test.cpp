@@ -15,7 +15,7 @@ namespace {
 template <class T>
 class Selection : public testing::Test {
  public:
-  using F = bits_of_format<T>;
+  static constexpr const float_format& F = format_of(element_of<T>);
   static constexpr element type = element_of<T>;
   using reference = std::function<uint64_t(uint64_t, uint64_t)>;
 
@@ -30,14 +30,14 @@ class Selection : public testing::Test {
     for (uint64_t x : interesting_values<T>(20000, 2)) {
       add(x, values[generator() % values.size()]);
       add(x, x);
-      add(x, x ^ F::sign);
+      add(x, x ^ F.sign);
       add(x, x + 1);
     }
     run_every_width(function, type, cases);
   }
-  static uint64_t magnitude(uint64_t b) { return b & ~F::sign; }
+  static uint64_t magnitude(uint64_t b) { return b & ~F.sign; }
   // Numbers in their order, as integers; zeros are equal.
-  static int64_t order(uint64_t b) { return b & F::sign ? -static_cast<int64_t>(magnitude(b)) : static_cast<int64_t>(b); }
+  static int64_t order(uint64_t b) { return b & F.sign ? -static_cast<int64_t>(magnitude(b)) : static_cast<int64_t>(b); }
 };
 using Types = testing::Types<float, double>;
 TYPED_TEST_SUITE(Selection, Types);
@@ -45,31 +45,31 @@ TYPED_TEST_SUITE(Selection, Types);
 }  // namespace
 
 TYPED_TEST(Selection, NumberBeforeNanAndSecondOfEqualZeros) {
-  using F = bits_of_format<TypeParam>;
+  constexpr const float_format& F = format_of(element_of<TypeParam>);
   this->check("fmax", [&](uint64_t x, uint64_t y) {
-    if (F::is_nan(x)) return y;
-    if (F::is_nan(y)) return x;
+    if (F.is_nan(x)) return y;
+    if (F.is_nan(y)) return x;
     return this->order(x) > this->order(y) ? x : y;
   });
   this->check("fmin", [&](uint64_t x, uint64_t y) {
-    if (F::is_nan(x)) return y;
-    if (F::is_nan(y)) return x;
+    if (F.is_nan(x)) return y;
+    if (F.is_nan(y)) return x;
     return this->order(x) < this->order(y) ? x : y;
   });
 }
 
 TYPED_TEST(Selection, MagnitudesAndFirstOfEqualZeros) {
-  using F = bits_of_format<TypeParam>;
+  constexpr const float_format& F = format_of(element_of<TypeParam>);
   this->check("maxmag", [&](uint64_t x, uint64_t y) {
-    if (F::is_nan(x)) return y;
-    if (F::is_nan(y)) return x;
+    if (F.is_nan(x)) return y;
+    if (F.is_nan(y)) return x;
     uint64_t ax = this->magnitude(x), ay = this->magnitude(y);
     if (ax != ay) return ax > ay ? x : y;
     return this->order(y) > this->order(x) ? y : x;
   });
   this->check("minmag", [&](uint64_t x, uint64_t y) {
-    if (F::is_nan(x)) return y;
-    if (F::is_nan(y)) return x;
+    if (F.is_nan(x)) return y;
+    if (F.is_nan(y)) return x;
     uint64_t ax = this->magnitude(x), ay = this->magnitude(y);
     if (ax != ay) return ax < ay ? x : y;
     return this->order(y) < this->order(x) ? y : x;
@@ -78,38 +78,38 @@ TYPED_TEST(Selection, MagnitudesAndFirstOfEqualZeros) {
 
 TYPED_TEST(Selection, Fdim) {
   using T = TypeParam;
-  using F = bits_of_format<T>;
+  constexpr const float_format& F = format_of(element_of<T>);
   this->check("fdim", [&](uint64_t x, uint64_t y) {
-    if (F::is_nan(y)) return y;
-    if (F::is_nan(x)) return x;
-    return this->order(y) < this->order(x) ? uint64_t{to_bits(to_real<T>(x) - to_real<T>(y))} : 0;
+    if (F.is_nan(y)) return y;
+    if (F.is_nan(x)) return x;
+    return this->order(y) < this->order(x) ? uint64_t{bits_of(value_of<T>(x) - value_of<T>(y))} : 0;
   });
 }
 
 TYPED_TEST(Selection, Nextafter) {
   using T = TypeParam;
-  using F = bits_of_format<T>;
+  constexpr const float_format& F = format_of(element_of<T>);
   this->check("nextafter", [&](uint64_t x, uint64_t y) {
-    if (F::is_nan(x) || F::is_nan(y)) return (F::is_nan(x) ? x : y) | F::quiet;
+    if (F.is_nan(x) || F.is_nan(y)) return (F.is_nan(x) ? x : y) | F.quiet;
     if (this->order(x) == this->order(y)) return y;
-    if (this->magnitude(x) == 0) return (y & F::sign) | 1;
-    bool up = this->order(y) > this->order(x), negative = x & F::sign;
+    if (this->magnitude(x) == 0) return (y & F.sign) | 1;
+    bool up = this->order(y) > this->order(x), negative = x & F.sign;
     return up != negative ? x + 1 : x - 1;
   });
 
   using K = std::conditional_t<sizeof(T) == 4, nextafter_f32, nextafter_f64>;
   T result;
   auto step = [&](uint64_t from, uint64_t to) {
-    T x = to_real<T>(from), y = to_real<T>(to);
+    T x = value_of<T>(from), y = value_of<T>(to);
     return observe([&] { return K::rare(&x, &y, &result); });
   };
-  uint64_t one = to_bits(T(1)), smallest_normal = 2 * F::quiet;
-  EXPECT_EQ(step(one, F::infinity), (outcome{ordinary, 0}));
-  EXPECT_EQ(step(F::infinity - 1, F::infinity), (outcome{overflow, overflow_flag | inexact_flag}));
-  EXPECT_EQ(step(F::infinity, one), (outcome{ordinary, 0}));
+  uint64_t one = bits_of(T(1)), smallest_normal = 2 * F.quiet;
+  EXPECT_EQ(step(one, F.infinity), (outcome{ordinary, 0}));
+  EXPECT_EQ(step(F.infinity - 1, F.infinity), (outcome{overflow, overflow_flag | inexact_flag}));
+  EXPECT_EQ(step(F.infinity, one), (outcome{ordinary, 0}));
   EXPECT_EQ(step(0, one), (outcome{underflow, underflow_flag | inexact_flag}));
   EXPECT_EQ(step(1, 0), (outcome{underflow, underflow_flag | inexact_flag}));
   EXPECT_EQ(step(smallest_normal, 0), (outcome{underflow, underflow_flag | inexact_flag}));
   EXPECT_EQ(step(smallest_normal - 1, one), (outcome{ordinary, 0}));
-  EXPECT_EQ(step(0, F::sign), (outcome{ordinary, 0}));
+  EXPECT_EQ(step(0, F.sign), (outcome{ordinary, 0}));
 }

@@ -23,7 +23,7 @@ template <class T>
 std::array<result_lane, 16> run(const entry_point& e, const std::vector<T>& x) {
   std::array<argument_lane, 16> in{};
   std::array<result_lane, 16> out{};
-  for (int i = 0; i < e.width; i++) in[i] = {to_bits(x[i])};
+  for (int i = 0; i < e.width; i++) in[i] = {bits_of(x[i])};
   EXPECT_EQ(lane_caller(e)(in.data(), out.data()), "") << e.symbol();
   return out;
 }
@@ -76,7 +76,7 @@ std::vector<T> hard_arguments() {
   std::ifstream file(VORX_TESTS "/hard_trig_arguments.csv");
   for (std::string line; std::getline(file, line);)
     if (line.compare(0, 4, sizeof(T) == 4 ? "f32," : "f64,") == 0) {
-      T x = to_real<T>(std::stoull(line.substr(4), nullptr, 16));
+      T x = value_of<T>(std::stoull(line.substr(4), nullptr, 16));
       hard.insert(hard.end(), {x, -x});
     }
   return hard;
@@ -92,7 +92,7 @@ TYPED_TEST(Trig, LargePathNextToMultiplesOfHalfPi) {
   for (const auto& f : functions<T>()) {
     const entry_point& e = find_entry(f.name, TestFixture::type, TestFixture::width);
     for (T x : arguments) {
-      T y = to_real<T>(run(e, beside_huge(x, e.width))[0][f.result]);
+      T y = value_of<T>(run(e, beside_huge(x, e.width))[0][f.result]);
       EXPECT_LE(exact_value(f.exact, x).ulp_from(y), f.large_bound) << e.symbol() << " result " << f.result << " of " << x;
     }
   }
@@ -106,8 +106,8 @@ TYPED_TEST(Trig, BothPathsKeepTheirBounds) {
     const entry_point& e = find_entry(f.name, TestFixture::type, TestFixture::width);
     for (int i = 0; i < 3000; i++) {
       T x = static_cast<T>(std::uniform_real_distribution<double>(-f.threshold, f.threshold)(random) / std::ldexp(1.0, i % 40));
-      T ordinary = to_real<T>(run(e, std::vector<T>(e.width, x))[0][f.result]);
-      T large = to_real<T>(run(e, beside_huge(x, e.width))[0][f.result]);
+      T ordinary = value_of<T>(run(e, std::vector<T>(e.width, x))[0][f.result]);
+      T large = value_of<T>(run(e, beside_huge(x, e.width))[0][f.result]);
       EXPECT_LE(exact_value(f.exact, x).ulp_from(ordinary), f.ordinary_bound) << e.symbol() << " of " << x;
       EXPECT_LE(exact_value(f.exact, x).ulp_from(large), f.large_bound) << e.symbol() << " of " << x << " beside a large lane";
     }
@@ -120,9 +120,9 @@ TYPED_TEST(Trig, LargePathHasRandomArgumentsOfAllSizes) {
   for (const auto& f : functions<T>()) {
     const entry_point& e = find_entry(f.name, TestFixture::type, TestFixture::width);
     for (int i = 0; i < 4000; i++) {
-      T x = to_real<T>(sizeof(T) == 4 ? random() >> 32 : random());
+      T x = value_of<T>(sizeof(T) == 4 ? random() >> 32 : random());
       if (!std::isfinite(x)) continue;
-      T y = to_real<T>(run(e, beside_huge(x, e.width))[0][f.result]);
+      T y = value_of<T>(run(e, beside_huge(x, e.width))[0][f.result]);
       EXPECT_LE(exact_value(f.exact, x).ulp_from(y), f.large_bound) << e.symbol() << " of " << x;
     }
   }
@@ -172,16 +172,16 @@ TYPED_TEST(Trig, ZerosTinyAndSpecialLanesInBothKindsOfVector) {
       const bool cosine = f.exact == mpfr_cos;
       for (T magnitude : unchanged)
         for (T x : {magnitude, -magnitude}) {
-          EXPECT_EQ(run(e, beside_huge(x, width))[0][f.result], to_bits(cosine ? T(1) : x)) << e.symbol() << " of " << x;
-          if (magnitude == 0) EXPECT_EQ(run(e, std::vector<T>(width, x))[0][f.result], to_bits(cosine ? T(1) : x)) << e.symbol();
+          EXPECT_EQ(run(e, beside_huge(x, width))[0][f.result], bits_of(cosine ? T(1) : x)) << e.symbol() << " of " << x;
+          if (magnitude == 0) EXPECT_EQ(run(e, std::vector<T>(width, x))[0][f.result], bits_of(cosine ? T(1) : x)) << e.symbol();
         }
-      using F = bits_of_format<T>;
-      for (T x : {infinity, -infinity, std::numeric_limits<T>::quiet_NaN(), to_real<T>(F::infinity + 0x123)}) {
-        EXPECT_TRUE(F::is_nan(run(e, std::vector<T>(width, x))[0][f.result])) << e.symbol() << " of " << x;
-        EXPECT_TRUE(F::is_nan(run(e, beside_huge(x, width))[0][f.result])) << e.symbol() << " of " << x;
+      constexpr const float_format& F = format_of(element_of<T>);
+      for (T x : {infinity, -infinity, std::numeric_limits<T>::quiet_NaN(), value_of<T>(F.infinity + 0x123)}) {
+        EXPECT_TRUE(F.is_nan(run(e, std::vector<T>(width, x))[0][f.result])) << e.symbol() << " of " << x;
+        EXPECT_TRUE(F.is_nan(run(e, beside_huge(x, width))[0][f.result])) << e.symbol() << " of " << x;
       }
       // A NaN keeps its payload on either path.
-      EXPECT_EQ(run(e, beside_huge(to_real<T>(F::infinity + 0x123), width))[0][f.result], F::infinity + F::quiet + 0x123);
+      EXPECT_EQ(run(e, beside_huge(value_of<T>(F.infinity + 0x123), width))[0][f.result], F.infinity + F.quiet + 0x123);
     }
 }
 
@@ -194,7 +194,7 @@ TYPED_TEST(Trig, SincosAndSincosregAreTheSamePairs) {
       auto values = interesting_values<T>(500, 4);
       for (size_t first = 0; first + 16 <= values.size(); first += width) {
         std::vector<T> x;
-        for (int i = 0; i < width; i++) x.push_back(to_real<T>(values[first + i]));
+        for (int i = 0; i < width; i++) x.push_back(value_of<T>(values[first + i]));
         auto a = run(by_pointer, x), b = run(in_registers, x);
         for (int i = 0; i < width; i++) EXPECT_EQ(a[i], b[i]) << by_pointer.symbol() << " of " << x[i];
       }
@@ -204,10 +204,10 @@ TYPED_TEST(Trig, SincosAndSincosregAreTheSamePairs) {
 // The rare-case routines: statuses and flags; what is finite is left alone.
 template <class K, class T, class... More>
 void expect_rare_case(More... more) {
-  using F = bits_of_format<T>;
+  constexpr const float_format& F = format_of(element_of<T>);
   T results[1 + sizeof...(more)];
   auto rare = [&](uint64_t bits) {
-    T x = to_real<T>(bits);
+    T x = value_of<T>(bits);
     std::fill(std::begin(results), std::end(results), T(42));
     return observe([&] {
       if constexpr (sizeof...(more) == 0)
@@ -217,17 +217,17 @@ void expect_rare_case(More... more) {
     });
   };
   auto expect_results = [&](uint64_t bits) {
-    for (T& r : results) EXPECT_EQ(to_bits(r), bits);
+    for (T& r : results) EXPECT_EQ(bits_of(r), bits);
   };
-  for (uint64_t sign : {uint64_t{0}, F::sign}) {
-    EXPECT_EQ(rare(F::infinity | sign), (outcome{domain_error, invalid_flag}));
-    expect_results(F::default_nan);
-    EXPECT_EQ(rare((F::infinity + 0x123) | sign), (outcome{ordinary, invalid_flag}));  // signalling
-    expect_results((F::infinity + F::quiet + 0x123) | sign);
-    EXPECT_EQ(rare((F::infinity + F::quiet + 7) | sign), (outcome{ordinary, 0}));
-    expect_results((F::infinity + F::quiet + 7) | sign);
-    EXPECT_EQ(rare((F::infinity - 1) | sign), (outcome{ordinary, 0}));
-    expect_results(to_bits(T(42)));
+  for (uint64_t sign : {uint64_t{0}, F.sign}) {
+    EXPECT_EQ(rare(F.infinity | sign), (outcome{domain_error, invalid_flag}));
+    expect_results(F.default_nan());
+    EXPECT_EQ(rare((F.infinity + 0x123) | sign), (outcome{ordinary, invalid_flag}));  // signalling
+    expect_results((F.infinity + F.quiet + 0x123) | sign);
+    EXPECT_EQ(rare((F.infinity + F.quiet + 7) | sign), (outcome{ordinary, 0}));
+    expect_results((F.infinity + F.quiet + 7) | sign);
+    EXPECT_EQ(rare((F.infinity - 1) | sign), (outcome{ordinary, 0}));
+    expect_results(bits_of(T(42)));
   }
 }
 TEST(TrigRareCases, StatusesAndFlags) {

@@ -16,9 +16,9 @@ using bits = std::optional<uint64_t>;
 
 template <class T>
 struct exactly {
-  static constexpr const float_format& format = sizeof(T) == 4 ? single : twice;
+  static constexpr const float_format& format = format_of(element_of<T>);
   static T value(uint64_t b) { return value_of<T>(b); }
-  static uint64_t of(T x) { return bits_of_value(x); }
+  static uint64_t of(T x) { return bits_of(x); }
   static uint64_t of_int(int n) { return static_cast<uint32_t>(n); }
   static uint64_t nan() { return format.infinity | format.quiet; }
 
@@ -222,9 +222,9 @@ uint64_t rounded_from(long double exact, int direction) {
   const T nearest = static_cast<T>(exact), infinity = std::numeric_limits<T>::infinity();
   const bool above = nearest > exact, below = nearest < exact;
   const bool to_zero = direction == FE_TOWARDZERO;
-  if (above && (direction == FE_DOWNWARD || (to_zero && exact > 0))) return bits_of_value(std::nextafter(nearest, -infinity));
-  if (below && (direction == FE_UPWARD || (to_zero && exact < 0))) return bits_of_value(std::nextafter(nearest, infinity));
-  return bits_of_value(nearest);
+  if (above && (direction == FE_DOWNWARD || (to_zero && exact > 0))) return bits_of(std::nextafter(nearest, -infinity));
+  if (below && (direction == FE_UPWARD || (to_zero && exact < 0))) return bits_of(std::nextafter(nearest, infinity));
+  return bits_of(nearest);
 }
 
 bits from_integer(const conversion& c, const float_format& f, uint64_t source) {

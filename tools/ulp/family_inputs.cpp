@@ -13,9 +13,7 @@ struct maker {
 
   double uniform(double low, double high) { return low + (high - low) * static_cast<double>(random() >> 11) * 0x1p-53; }
   int integer(int low, int high) { return low + static_cast<int>(random() % static_cast<uint64_t>(high - low + 1)); }
-  uint64_t bits(long double x) const {
-    return type == element::f32 ? bits_of_value(static_cast<float>(x)) : bits_of_value(static_cast<double>(x));
-  }
+  uint64_t bits(long double x) const { return bits_of(type, x); }
   // 1 <= m < 2 with all fraction bits random; and with one more bit, set: the middle between two numbers.
   long double significand() {
     return 1 + static_cast<long double>(random() >> (64 - format.fraction_bits())) / two_to(format.fraction_bits());

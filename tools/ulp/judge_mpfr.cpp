@@ -36,8 +36,8 @@ double judge::measure(uint64_t got) {
 
 // The exact value rounded to the type.
 uint64_t judge::nearest() const {
-  if (entry_.type == element::f32) return bits_of_value(mpfr_get_flt(*exact_, MPFR_RNDN));
-  return bits_of_value(mpfr_get_d(*exact_, MPFR_RNDN));
+  if (entry_.type == element::f32) return bits_of(mpfr_get_flt(*exact_, MPFR_RNDN));
+  return bits_of(mpfr_get_d(*exact_, MPFR_RNDN));
 }
 
 double judge::decide(const arguments& in, const results& out, int r) {

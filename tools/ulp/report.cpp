@@ -68,9 +68,9 @@ std::optional<uint64_t> lane_of(const std::string& text, kind k, element e) {
   if (k != kind::real || is_bits)
     lane = std::strtoull(text.c_str(), &end, 0);
   else if (e == element::f32)
-    lane = bits_of_value(std::strtof(text.c_str(), &end));
+    lane = bits_of(std::strtof(text.c_str(), &end));
   else
-    lane = bits_of_value(std::strtod(text.c_str(), &end));
+    lane = bits_of(std::strtod(text.c_str(), &end));
   if (text.empty() || *end != '\0') return {};
   return lane;
 }

@@ -22,15 +22,12 @@ std::vector<uint64_t> specials(kind k, element type) {
   const float_format& f = format_of(type);
   std::vector<uint64_t> v;
   if (k == kind::real) {
-    const uint64_t one = bits_of_value(1.0) >> 52 << f.fraction_bits();
-    const uint64_t one_bits = type == element::f32 ? 0x3f800000 : one;
-    const uint64_t smallest_normal = 1ull << f.fraction_bits();
-    for (uint64_t b :
-         {uint64_t{0}, uint64_t{1}, smallest_normal - 1, smallest_normal, smallest_normal + 1, one_bits - 1, one_bits,
-          one_bits + 1, f.infinity - 1, f.infinity, f.infinity + 1, f.infinity | f.quiet, f.infinity | f.quiet | 5})
+    const uint64_t one = bits_of(type, 1), smallest_normal = f.least_normal();
+    for (uint64_t b : {uint64_t{0}, uint64_t{1}, smallest_normal - 1, smallest_normal, smallest_normal + 1, one - 1, one, one + 1,
+                       f.infinity - 1, f.infinity, f.infinity + 1, f.infinity | f.quiet, f.infinity | f.quiet | 5})
       v.push_back(b), v.push_back(b | f.sign);
     for (double x : {0.25, 0.5, 0.75, 1.5, 2.0, 2.5, 3.0, 4.0, 7.0, 10.0, 16777215.0, 16777216.0, 16777217.0, 2147483648.0, 1e30})
-      for (double s : {x, -x}) v.push_back(type == element::f32 ? bits_of_value(static_cast<float>(s)) : bits_of_value(s));
+      for (double s : {x, -x}) v.push_back(bits_of(type, s));
     return v;
   }
   const int bytes = bytes_of(k, type), size = 8 * bytes;
@@ -60,7 +57,7 @@ sampler::sampler(const entry_point& kernel, uint64_t seed, uint64_t shard, uint6
   for (int a = 0; a < form.argument_count(); a++) lanes.push_back(specials(form.arguments[a], kernel.type));
   if (form.argument_count() == 1 && form.arguments[0] == kind::real) {
     for (double s : seams_) {
-      uint64_t b = kernel.type == element::f32 ? bits_of_value(static_cast<float>(s)) : bits_of_value(s);
+      uint64_t b = bits_of(kernel.type, s);
       for (int n = -64; n <= 64; n++) lanes[0].push_back(step(format_, b, n));
     }
     for (uint64_t power = 1ull << format_.fraction_bits(); power <= format_.infinity; power += 1ull << format_.fraction_bits())
@@ -159,7 +156,7 @@ uint64_t sampler::random_number() {
     case 2:
       if (!seams_.empty()) {
         double s = seams_[random_() % seams_.size()];
-        b = kernel_.type == element::f32 ? bits_of_value(static_cast<float>(s)) : bits_of_value(s);
+        b = bits_of(kernel_.type, s);
         return step(format_, b, static_cast<int64_t>(random_() % 129) - 64);
       }
       [[fallthrough]];
@@ -172,7 +169,7 @@ uint64_t sampler::between_seams() {
   if (seams_.size() < 2) return random_number();
   size_t i = random_() % (seams_.size() - 1);
   double t = static_cast<double>(random_() >> 11) * 0x1p-53, x = seams_[i] + (seams_[i + 1] - seams_[i]) * t;
-  return kernel_.type == element::f32 ? bits_of_value(static_cast<float>(x)) : bits_of_value(x);
+  return bits_of(kernel_.type, x);
 }
 
 uint64_t sampler::random_lane(kind k) {

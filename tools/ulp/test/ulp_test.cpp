@@ -114,7 +114,7 @@ TEST(Measure, ErrorsAtBinadesSubnormalsAndTheEndsOfTheRange) {
     } else {
       EXPECT_EQ(j.found.fault_count(), 0u) << std::hex << s.in << " " << s.out;
       EXPECT_NEAR(std::max(j.found.largest, 0.0), s.error, 0.01) << std::hex << s.in << " " << s.out;
-      const bool apart = s.error == 0 && (single.is_zero(s.out) || !single.is_finite(s.out));
+      const bool apart = s.error == 0 && (binary32.is_zero(s.out) || !binary32.is_finite(s.out));
       EXPECT_EQ(j.found.measured, apart ? 0u : 1u);
       EXPECT_EQ(j.found.zero + j.found.infinite + j.found.nan, apart ? 1u : 0u);
     }
