@@ -109,4 +109,17 @@ VORX_INLINE int choose_number(const T* x, const T* y, T* result) {
   return ordinary;
 }
 
+// The two parts of what has no fraction: an infinity or a zero gives a zero of its sign and itself, a NaN itself twice, quiet.
+template <class T>
+VORX_INLINE int split_special(const T* x, T* fraction, T* integral) {
+  auto bits = bits_of(*x);
+  if (is_nan(bits)) {
+    *fraction = *integral = opaque(*x) + *x;
+  } else {
+    *fraction = from_bits(bits & sign_bit<decltype(bits)>);
+    *integral = *x;
+  }
+  return ordinary;
+}
+
 }  // namespace vorx

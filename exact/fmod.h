@@ -34,10 +34,7 @@ struct fmod_kernel : kernel<E, fmod_constants<E>> {
     r = r + (as_float(r < V{}) & ay);  // the rounded quotient was one too large
     return r | sign;
   }
-  static i32x4 special(V x, V y, const constants& k) {
-    i32x4 d = biased_exponent(x, k) - biased_exponent(y, k);
-    return (d > k.quotient_bits) | ((magnitude_words(y, k) - k.smallest) > k.range);
-  }
+  static i32x4 special(V x, V y, const constants& k) { return needs_long_division(x, y, k); }
   static int rare(const T* x, const T* y, T* result) {
     division<T> by(*x, *y);
     if (by.is_trivial) return *result = by.trivial, ordinary;

@@ -21,7 +21,6 @@ struct fract_kernel : kernel<E, fract_constants<E>> {
   using V = typename E::vector;
   using IV = typename E::integer_vector;
   using T = typename E::scalar;
-  using I = typename E::integer;
   static constexpr T seams[] = {-1, 0, 1};
 
   static two<V, V> path(V x, const constants& k) {
@@ -32,16 +31,7 @@ struct fract_kernel : kernel<E, fract_constants<E>> {
     IV a = as_int(x & k.magnitude);
     return field_words(a == IV{}) | (field_words(a) > k.largest);
   }
-  static int rare(const T* x, T* fraction, T* floor) {
-    I bits = bits_of(*x);
-    if (is_nan(bits)) {
-      *fraction = *floor = opaque(*x) + *x;
-    } else {
-      *fraction = from_bits(bits & sign_bit<I>);
-      *floor = *x;
-    }
-    return ordinary;
-  }
+  static int rare(const T* x, T* fraction, T* floor) { return split_special(x, fraction, floor); }
 };
 using fract_f32 = fract_kernel<f32>;
 using fract_f64 = fract_kernel<f64>;

@@ -19,6 +19,22 @@ VORX_INLINE I unit_towards(V t, V high, V low, I sign, I one) {
     return (low < kept) & ((sign ^ (sign == sign)) | one);  // -1, or +1
 }
 
+// All ones in negative lanes.
+VORX_INLINE i32x4 where_negative(i32x4 x) { return x >> 31; }
+VORX_INLINE i64x2 where_negative(i64x2 x) { return as_i64(duplicate_high_words(x) >> 31); }
+
+// high + low of a magnitude, rounded once, with the sign of the integer x.
+template <rounding direction, bool has_sign, class V, class I, class C>
+VORX_INLINE V rounded_sum(V high, V low, I x, const C& k) {
+  V t = high + low;
+  I zero = {_mm_setzero_si128()};
+  if constexpr (!has_sign) return as_float(as_int(t) + unit_towards<direction>(t, high, low, zero, I(k.one)));
+  V s = as_float(x) & k.sign;
+  if constexpr (direction == to_nearest || direction == toward_zero)
+    return as_float(as_int(t) + unit_towards<direction>(t, high, low, zero, I(k.one))) | s;
+  return as_float(as_int(t | s) + unit_towards<direction>(t | s, high | s, low | s, where_negative(x), I(k.one)));
+}
+
 struct from_i32_f32_constants {
   rep32 sign = bits32(0x80000000);
   rep32 low_bits = bits32(0x007fffff);
@@ -33,13 +49,7 @@ struct from_i32_f32 : kernel<f32, from_i32_f32_constants> {
     i32x4 n = has_sign ? magnitude(x) : x;
     f32x4 low = as_float((n & k.low_bits) | k.two_23) - k.two_23;             // bits 0 to 22
     f32x4 high = as_float(shift_right_logical(n, 23) | k.two_46) - k.two_46;  // bits 23 to 31
-    f32x4 t = high + low;
-    i32x4 zero = {_mm_setzero_si128()};
-    if constexpr (!has_sign) return as_float(as_int(t) + unit_towards<direction>(t, high, low, zero, i32x4(k.one)));
-    f32x4 s = as_float(x) & k.sign;
-    if constexpr (direction == to_nearest || direction == toward_zero)
-      return as_float(as_int(t) + unit_towards<direction>(t, high, low, zero, i32x4(k.one))) | s;
-    return as_float(as_int(t | s) + unit_towards<direction>(t | s, high | s, low | s, x >> 31, i32x4(k.one)));
+    return rounded_sum<direction, has_sign>(high, low, x, k);
   }
 };
 
@@ -67,17 +77,11 @@ struct from_i64_f64_constants {
 template <rounding direction, bool has_sign>
 struct from_i64_f64 : kernel<f64, from_i64_f64_constants> {
   static f64x2 path(i64x2 x, const constants& k) {
-    i64x2 negative = as_i64(duplicate_high_words(x) >> 31);
+    i64x2 negative = where_negative(x);
     i64x2 n = has_sign ? (x ^ negative) - negative : x;
     f64x2 low = as_float((n & k.low_bits) | k.two_52) - k.two_52;
     f64x2 high = as_float(shift_right_logical(n, 52) | k.two_104) - k.two_104;
-    f64x2 t = high + low;
-    i64x2 zero = {_mm_setzero_si128()};
-    if constexpr (!has_sign) return as_float(as_int(t) + unit_towards<direction>(t, high, low, zero, i64x2(k.one)));
-    f64x2 s = as_float(x) & k.sign;
-    if constexpr (direction == to_nearest || direction == toward_zero)
-      return as_float(as_int(t) + unit_towards<direction>(t, high, low, zero, i64x2(k.one))) | s;
-    return as_float(as_int(t | s) + unit_towards<direction>(t | s, high | s, low | s, negative, i64x2(k.one)));
+    return rounded_sum<direction, has_sign>(high, low, x, k);
   }
 };
 
@@ -107,7 +111,7 @@ struct from_i64_f32 : kernel<f32, from_i64_f32_constants> {
 
  private:
   static i64x2 without_sign(i64x2 x) {
-    i64x2 negative = as_i64(duplicate_high_words(x) >> 31);
+    i64x2 negative = where_negative(x);
     return (x ^ negative) - negative;
   }
 

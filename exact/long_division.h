@@ -10,6 +10,14 @@
 
 namespace vorx {
 
+// The lane test: more quotient bits than the path takes, or a divisor out of its range, from `smallest` on (compared as in
+// not_normal).
+template <class V, class C>
+VORX_INLINE i32x4 needs_long_division(V x, V y, const C& k) {
+  i32x4 d = biased_exponent(x, k) - biased_exponent(y, k);
+  return (d > k.quotient_bits) | ((magnitude_words(y, k) - k.smallest) > k.range);
+}
+
 template <class T>
 struct division {
   using I = std::conditional_t<sizeof(T) == 4, uint32_t, uint64_t>;

@@ -13,7 +13,6 @@ struct modf_kernel : kernel<E, finite_constants<E>> {
   using typename kernel<E, finite_constants<E>>::constants;
   using V = typename E::vector;
   using T = typename E::scalar;
-  using I = typename E::integer;
   static constexpr T seams[] = {-1, 0, 1};
 
   static two<V, V> path(V x, const constants&) {
@@ -21,16 +20,7 @@ struct modf_kernel : kernel<E, finite_constants<E>> {
     return {x - integral, integral};
   }
   static i32x4 special(V x, const constants& k) { return not_finite(x, k); }
-  static int rare(const T* x, T* fraction, T* integral) {
-    I bits = bits_of(*x);
-    if (is_nan(bits)) {
-      *fraction = *integral = opaque(*x) + *x;
-    } else {
-      *fraction = from_bits(bits & sign_bit<I>);
-      *integral = *x;
-    }
-    return ordinary;
-  }
+  static int rare(const T* x, T* fraction, T* integral) { return split_special(x, fraction, integral); }
 };
 using modf_f32 = modf_kernel<f32>;
 using modf_f64 = modf_kernel<f64>;

@@ -42,10 +42,7 @@ struct remainder_base : kernel<E, remainder_constants<E>> {
     r = r - (off & (ay | r_sign));
     return {r | (as_float(r == V{}) & x & k.sign), q};
   }
-  static i32x4 special(V x, V y, const constants& k) {
-    i32x4 d = biased_exponent(x, k) - biased_exponent(y, k);
-    return (d > k.quotient_bits) | ((magnitude_words(y, k) - k.smallest) > k.range);
-  }
+  static i32x4 special(V x, V y, const constants& k) { return needs_long_division(x, y, k); }
 };
 
 template <class E>
