@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "tools/call_frame.h"
+
 namespace vorx {
 namespace {
 
@@ -60,8 +62,8 @@ extern "C" [[gnu::naked]] void call_machine(machine_state*, const void*, const v
     movaps 80(%%eax), %%xmm5
     movaps 96(%%eax), %%xmm6
     movaps 112(%%eax), %%xmm7
-    movl 132(%%eax), %%ecx
-    movl 136(%%eax), %%edx
+    movl 132(%%eax), %%edx
+    movl 136(%%eax), %%ecx
     movl 140(%%eax), %%ebx
     movl 144(%%eax), %%esi
     movl 148(%%eax), %%edi
@@ -74,8 +76,8 @@ extern "C" [[gnu::naked]] void call_machine(machine_state*, const void*, const v
     movaps %%xmm1, 16(%%eax)
     movaps %%xmm2, 32(%%eax)
     movaps %%xmm3, 48(%%eax)
-    movl %%ecx, 132(%%eax)
-    movl %%edx, 136(%%eax)
+    movl %%edx, 132(%%eax)
+    movl %%ecx, 136(%%eax)
     movl %%ebx, 140(%%eax)
     movl %%esi, 144(%%eax)
     movl %%edi, 148(%%eax)
@@ -95,8 +97,9 @@ extern "C" [[gnu::naked]] void call_machine(machine_state*, const void*, const v
   )" ::"i"(image_bytes));
 }
 static_assert(sizeof(machine_state) % 8 == 0 && image_bytes % 8 == 0);
-static_assert(offsetof(machine_state, eax) == 128 && offsetof(machine_state, ecx) == 132 && offsetof(machine_state, ebp) == 152 &&
-              offsetof(machine_state, esp) == 156 && offsetof(machine_state, mxcsr) == 160);
+static_assert(offsetof(machine_state, eax) == 128 && offsetof(machine_state, edx) == 132 && offsetof(machine_state, ecx) == 136 &&
+              offsetof(machine_state, ebp) == 152 && offsetof(machine_state, esp) == 156 &&
+              offsetof(machine_state, mxcsr) == 160);
 
 invoker::invoker(const entry_point& e, const void* address) : entry_(e), layout_(e.where_things_are()), address_(address) {}
 
@@ -112,34 +115,23 @@ std::string invoker::operator()(const void* const* arguments, void* const* resul
   const machine_state before = state_;
   state_.mxcsr = options.mxcsr;
 
-  for (int a = 0; a < form.argument_count(); a++) {
-    const placement& p = layout_.arguments[a];
-    int bytes = entry_.width * lane_bytes(form.arguments[a], entry_.type);
-    unsigned char* destination = p.place == where::xmm   ? state_.xmm[p.at]
-                                 : p.place == where::eax ? reinterpret_cast<unsigned char*>(&state_.eax)
-                                                         : image + (p.at - 4);
-    std::memcpy(destination, arguments[a], static_cast<size_t>(bytes));
-  }
   guarded_output hidden, pointed;
   unsigned char* area = hidden.start(options.hidden_offset);
   unsigned char* target = pointed.start(0);
   hidden.prepare();
   pointed.prepare();
-  if (layout_.hidden_bytes != 0) std::memcpy(image, &area, sizeof area);
-  if (form.has_pointer()) std::memcpy(image + (layout_.results[1].at - 4), &target, sizeof target);
+  const frame_parts frame{state_.xmm[0], &state_.eax, image, area, target};
+  frame.store_addresses(layout_);
+  auto bytes_of = [&](kind k) { return static_cast<size_t>(entry_.width * lane_bytes(k, entry_.type)); };
+  for (int a = 0; a < form.argument_count(); a++)
+    std::memcpy(frame.address(layout_.arguments[a]), arguments[a], bytes_of(form.arguments[a]));
 
   call_machine(&state_, address_, image, static_cast<uint32_t>(options.misalignment));
 
   for (int r = 0; r < form.result_count(); r++) {
-    const placement& p = layout_.results[r];
-    auto bytes = static_cast<size_t>(entry_.width * lane_bytes(form.results[r], entry_.type));
-    uint32_t scalar[2] = {state_.eax, state_.edx};
-    const void* source = p.place == where::xmm       ? state_.xmm[p.at]
-                         : p.place == where::hidden  ? area + p.at
-                         : p.place == where::pointer ? target
-                                                     : static_cast<const void*>(scalar);
-    std::memcpy(results[r], source, bytes);
-    if (p.place == where::pointer && !pointed.untouched_but(target, static_cast<int>(bytes)))
+    const size_t bytes = bytes_of(form.results[r]);
+    std::memcpy(results[r], frame.address(layout_.results[r]), bytes);
+    if (layout_.results[r].place == where::pointer && !pointed.untouched_but(target, static_cast<int>(bytes)))
       return "writes beside the vector that its pointer addresses";
   }
   if (layout_.hidden_bytes != 0) {

@@ -13,7 +13,7 @@ namespace vorx {
 // The machine around a call. What goes in comes out changed by the call.
 struct alignas(16) machine_state {
   unsigned char xmm[8][16];
-  uint32_t eax, ecx, edx, ebx, esi, edi, ebp;
+  uint32_t eax, edx, ecx, ebx, esi, edi, ebp;
   uint32_t esp;    // out: 0 if the stack pointer came back as it was
   uint32_t mxcsr;  // in and out
 };

@@ -3,21 +3,16 @@
 
 Fails when a field that must be a number is not one. Plots need gnuplot; without it the page is made without them.
 """
-import csv
 import os
 import shutil
 import subprocess
 import sys
 
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from page import FAMILIES, read_table  # tools/page.py
+
 WIDTHS = (1, 2, 3, 4, 8, 16)
 HEAD_TO_HEAD = {"float": 4, "double": 2}  # lanes of one register: where the vector library is called as we are
-FAMILIES = {
-    "explog": "Exponentials, logarithms, powers",
-    "roots": "Roots and quotients",
-    "trig": "Trigonometric functions",
-    "special": "Hyperbolic, error and gamma functions",
-    "exact": "Rounding, exact operations, conversions",
-}
 PEERS = {
     "scalar_ratio": "scalar C library",
     "vector_accurate_ratio": "independent library, 1.0 ULP",
@@ -28,14 +23,9 @@ ALWAYS = ("cycles", "cycles_spread", "ns", "latency", "empty", "empty_latency")
 
 def read(path):
     """The facts in the head of the CSV, and {(function, type, variant): {lanes: {quantity: number or None}}} in its order."""
-    facts, rows, family = {}, {}, {}
-    with open(path) as file:
-        lines = file.readlines()
+    facts, lines = read_table(path)
+    rows, family = {}, {}
     for line in lines:
-        if line.startswith("# "):
-            name, value = line[2:].rstrip("\n").split(": ", 1)
-            facts[name] = value
-    for line in csv.DictReader(l for l in lines if not l.startswith("#")):
         key = line["function"], line["type"], line["variant"]
         family[line["function"]] = line["family"]
         numbers = {name: float(text) if text else None for name, text in line.items() if name not in

@@ -14,6 +14,9 @@ import subprocess
 import sys
 import tempfile
 
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from page import FAMILIES, read_table  # tools/page.py
+
 COUNT = 1000000
 FINGERPRINT = ["--exhaustive", "--stride", "4099", "--count", "0"]  # a million inputs of kernels that have 2^32
 PLOT_STRIDE = "257"
@@ -21,13 +24,6 @@ PLOT_STRIDE = "257"
 NEAR_ONE = {"log": ["0x1.fcp-1", "0x1.02p0"], "log2": ["0x1.fcp-1", "0x1.02p0"], "log10": ["0x1.fcp-1", "0x1.02p0"],
             "log1p": ["-0x1p-7", "0x1p-7"]}
 NAMES_OF_BOUNDS = {"0x1.fcp-1": "1 - 2^-7", "0x1.02p0": "1 + 2^-7", "-0x1p-7": "-2^-7", "0x1p-7": "2^-7"}
-FAMILIES = {
-    "explog": "Exponentials, logarithms, powers",
-    "roots": "Roots and quotients",
-    "trig": "Trigonometric functions",
-    "special": "Hyperbolic, error and gamma functions",
-    "exact": "Rounding, exact operations, conversions",
-}
 
 
 def key(row):
@@ -55,10 +51,7 @@ def write(path, rows, facts):
 
 
 def read(path):
-    if not os.path.exists(path):
-        return {}
-    with open(path) as file:
-        return {key(row): row for row in csv.DictReader(line for line in file if not line.startswith("#"))}
+    return {key(row): row for row in read_table(path)[1]} if os.path.exists(path) else {}
 
 
 def processor():

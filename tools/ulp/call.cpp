@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "tools/call_frame.h"
 #include "tools/invoke.h"
 
 namespace vorx::ulp {
@@ -56,24 +57,11 @@ caller::caller(const entry_point& e) {
   const layout l = e.where_things_are();
   const shape& form = e.of->form;
   frame_.stack_bytes = static_cast<uint32_t>(l.stack_bytes + 15) & ~15u;
-  auto store_address = [&](int at, void* p) { std::memcpy(frame_.stack + (at - 4), &p, sizeof p); };
-  if (l.hidden_bytes != 0) store_address(4, frame_.hidden);
-  for (int a = 0; a < form.argument_count(); a++) {
-    const placement& p = l.arguments[a];
-    argument_[a].bytes = lane_bytes(form.arguments[a], e.type);
-    argument_[a].start = p.place == where::xmm   ? frame_.xmm[p.at]
-                         : p.place == where::eax ? reinterpret_cast<unsigned char*>(&frame_.eax)
-                                                 : frame_.stack + (p.at - 4);
-  }
-  for (int r = 0; r < form.result_count(); r++) {
-    const placement& p = l.results[r];
-    result_[r].bytes = lane_bytes(form.results[r], e.type);
-    result_[r].start = p.place == where::xmm       ? frame_.xmm[p.at]
-                       : p.place == where::hidden  ? frame_.hidden + p.at
-                       : p.place == where::pointer ? frame_.pointed_to
-                                                   : reinterpret_cast<unsigned char*>(&frame_.eax);
-    if (p.place == where::pointer) store_address(p.at, frame_.pointed_to);
-  }
+  const frame_parts parts{frame_.xmm[0], &frame_.eax, frame_.stack, frame_.hidden, frame_.pointed_to};
+  parts.store_addresses(l);
+  for (int a = 0; a < form.argument_count(); a++)
+    argument_[a] = {parts.address(l.arguments[a]), lane_bytes(form.arguments[a], e.type)};
+  for (int r = 0; r < form.result_count(); r++) result_[r] = {parts.address(l.results[r]), lane_bytes(form.results[r], e.type)};
 }
 
 void caller::operator()() { enter(&frame_); }
