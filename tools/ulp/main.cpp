@@ -45,6 +45,14 @@ padded, that is if the largest error is below 80% of it.
   std::exit(2);
 }
 
+// What the command line asks for; empty strings where it does not say.
+struct request {
+  options how;
+  std::vector<std::string> names, interval;
+  std::string type, variant, family, file, csv, witnesses, profile;
+  bool all = false, brief = false;
+};
+
 std::vector<arguments> read_inputs(const std::string& name, const entry_point& e) {
   std::ifstream file(name);
   if (!file) usage("cannot read " + name);
@@ -74,15 +82,10 @@ std::FILE* open_for_writing(const std::string& name) {
   return f;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  options o;
-  o.threads = static_cast<int>(std::thread::hardware_concurrency());
-  o.progress = isatty(2);
-  std::string type, variant, family, file, csv_name, witness_name, profile;
-  std::vector<std::string> names, bounds;
-  bool all = false, brief = false;
+request parse(int argc, char** argv) {
+  request r;
+  r.how.threads = static_cast<int>(std::thread::hardware_concurrency());
+  r.how.progress = isatty(2);
   for (int i = 1; i < argc; i++) {
     const std::string a = argv[i];
     auto value = [&] { return i + 1 < argc ? std::string(argv[++i]) : (usage(a + " needs a value"), std::string()); };
@@ -99,85 +102,113 @@ int main(int argc, char** argv) {
       return text;
     };
     if (a == "--all")
-      all = true;
+      r.all = true;
     else if (a == "--brief")
-      brief = true;
+      r.brief = true;
     else if (a == "--exhaustive")
-      o.exhaustive = true;
+      r.how.exhaustive = true;
     else if (a == "--type")
-      type = one_of("f32", "f64");
+      r.type = one_of("f32", "f64");
     else if (a == "--variant")
-      variant = one_of("accurate", "native");
+      r.variant = one_of("accurate", "native");
     else if (a == "--family")
-      family = value();
+      r.family = value();
     else if (a == "--stride")
-      o.stride = integer();
+      r.how.stride = integer();
     else if (a == "--count")
-      o.count = integer();
+      r.how.count = integer();
     else if (a == "--interval")
-      bounds = {value(), value()};
+      r.interval = {value(), value()};
     else if (a == "--seed")
-      o.seed = integer();
+      r.how.seed = integer();
     else if (a == "--width")
-      o.width = static_cast<int>(integer());
+      r.how.width = static_cast<int>(integer());
     else if (a == "--threads")
-      o.threads = static_cast<int>(integer());
+      r.how.threads = static_cast<int>(integer());
     else if (a == "--file")
-      file = value();
+      r.file = value();
     else if (a == "--csv")
-      csv_name = value();
+      r.csv = value();
     else if (a == "--witnesses")
-      witness_name = value();
+      r.witnesses = value();
     else if (a == "--profile")
-      profile = value();
+      r.profile = value();
     else if (a[0] == '-')
       usage(a == "--help" ? "" : "unknown option " + a);
     else
-      names.push_back(a);
+      r.names.push_back(a);
   }
-  if (names.empty() && !all && family.empty()) usage("no function");
-  if (o.stride == 0) usage("the stride must be positive");
-  if (std::find(std::begin(widths), std::end(widths), o.width) == std::end(widths)) usage("no such width");
+  if (r.names.empty() && !r.all && r.family.empty()) usage("no function");
+  if (r.how.stride == 0) usage("the stride must be positive");
+  if (std::find(std::begin(widths), std::end(widths), r.how.width) == std::end(widths)) usage("no such width");
+  return r;
+}
+
+// The kernels asked for, as entry points of the width under test.
+std::vector<entry_point> kernels_of(const request& r) {
   std::vector<entry_point> kernels;
-  for (const std::string& name : names) {
-    size_t before = kernels.size();
+  auto add_if = [&](auto wanted) {
     for (const entry_point& e : entry_points())
-      if (e.width == o.width && name == e.of->name) kernels.push_back(e);
+      if (e.width == r.how.width && wanted(e)) kernels.push_back(e);
+  };
+  for (const std::string& name : r.names) {
+    const size_t before = kernels.size();
+    add_if([&](const entry_point& e) { return name == e.of->name; });
     if (kernels.size() == before) usage("no function " + name + ", or it is not there yet");
   }
-  for (const entry_point& e : entry_points())
-    if (e.width == o.width && (all || family == e.of->family)) kernels.push_back(e);
+  add_if([&](const entry_point& e) { return r.all || r.family == e.of->family; });
+  std::erase_if(kernels, [&](const entry_point& e) {
+    return (!r.type.empty() && r.type != (e.type == element::f32 ? "f32" : "f64")) ||
+           (!r.variant.empty() && r.variant != (e.native ? "native" : "accurate"));
+  });
+  if (kernels.empty()) usage("no kernel of that type and variant");
+  return kernels;
+}
 
-  std::signal(SIGINT, [](int) { interrupted = true; });
-  std::FILE *csv = open_for_writing(csv_name), *witnesses = open_for_writing(witness_name);
+// How one kernel is run: what is asked for, with interval and inputs read for its type.
+options options_for(const request& r, const entry_point& e) {
+  options o = r.how;
+  if (!r.interval.empty()) {
+    const bool real = e.of->form.argument_count() == 1 && e.of->form.arguments[0] == kind::real;
+    auto low = lane_of(r.interval[0], kind::real, e.type), high = lane_of(r.interval[1], kind::real, e.type);
+    if (!real || !low || !high) usage("an interval is two numbers, for functions of one real argument");
+    if (!(as_double(e.type, *low) <= as_double(e.type, *high))) usage("the interval is empty");
+    o.interval = {*low, *high};
+  }
+  if (!r.file.empty()) o.extra = read_inputs(r.file, e);
+  return o;
+}
+
+// Runs and reports the kernels; returns the exit status.
+int measure(const request& r, const std::vector<entry_point>& kernels) {
+  std::FILE *csv = open_for_writing(r.csv), *witnesses = open_for_writing(r.witnesses);
   if (csv) write_csv_head(csv);
   if (witnesses) write_witness_head(witnesses);
   int failed = 0, done = 0;
   for (const entry_point& e : kernels) {
-    if ((type == "f32" && e.type != element::f32) || (type == "f64" && e.type != element::f64)) continue;
-    if ((variant == "accurate" && e.native) || (variant == "native" && !e.native)) continue;
     if (interrupted) break;
-    if (bounds.size() == 2) {
-      const bool real = e.of->form.argument_count() == 1 && e.of->form.arguments[0] == kind::real;
-      auto low = lane_of(bounds[0], kind::real, e.type), high = lane_of(bounds[1], kind::real, e.type);
-      if (!real || !low || !high) usage("an interval is two numbers, for functions of one real argument");
-      if (!(as_double(e.type, *low) <= as_double(e.type, *high))) usage("the interval is empty");
-      o.interval = {*low, *high};
-    }
-    if (!file.empty()) o.extra = read_inputs(file, e);
-    outcome result = run(e, o);
+    const options o = options_for(r, e);
+    const outcome result = run(e, o);
     print_summary(e, result);
-    if (!brief) print_details(e, result);
+    if (!r.brief) print_details(e, result);
     std::fflush(stdout);
     if (csv) write_csv_row(csv, e, result, o);
     if (witnesses) write_witness(witnesses, e, result);
-    if (!profile.empty() && !write_profile(profile, e, result)) usage("cannot write to " + profile);
+    if (!r.profile.empty() && !write_profile(r.profile, e, result)) usage("cannot write to " + r.profile);
     failed += verdict(e, result).compare(0, 4, "pass") != 0;
     done++;
   }
   if (csv) std::fclose(csv);
   if (witnesses) std::fclose(witnesses);
-  if (done == 0) usage("no kernel of that type and variant");
   if (done > 1) std::printf("%d of %d kernels pass\n", done - failed, done);
   return interrupted ? 130 : failed != 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const request r = parse(argc, argv);
+  const std::vector<entry_point> kernels = kernels_of(r);
+  std::signal(SIGINT, [](int) { interrupted = true; });
+  return measure(r, kernels);
 }
