@@ -112,7 +112,7 @@ VORX_INLINE f64x2 native_exp2(f64x2 z, const native_exp2_f64_constants& k) {
   f64x2 r = z - n;
   i64x2 t = as_int(n + k.shifter);
   f64x2 scale = as_float((t << 45) & k.exponent) * lookup(k.table.data(), t & k.index);
-  return scale * ((k.c0 + r * k.c1) + (r * r) * (k.c2 + r * k.c3));
+  return scale * horner(r, k.c3, k.c2, k.c1, k.c0);
 }
 
 }  // namespace vorx
