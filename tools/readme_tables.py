@@ -4,9 +4,10 @@
 The numbers are those of accuracy.csv, exhaustive.csv and speed.csv in the directory, as the tools wrote them. A file that is missing
 leaves its table out, a function that is missing its row.
 """
-import csv
 import os
 import sys
+
+from page import read_table
 
 BEGIN, END = "<!-- numbers: written by make docs -->", "<!-- end of numbers -->"
 # The first of these that are there are shown.
@@ -16,10 +17,7 @@ ONE_REGISTER = {"float": "4", "double": "2"}
 
 
 def read(path):
-    if not os.path.exists(path):
-        return []
-    with open(path) as file:
-        return [row for row in csv.DictReader(line for line in file if not line.startswith("#")) if row["variant"] == "accurate"]
+    return [row for row in read_table(path)[1] if row["variant"] == "accurate"] if os.path.exists(path) else []
 
 
 def table(head, rows):
