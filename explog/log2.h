@@ -87,11 +87,7 @@ VORX_INLINE log2_reduction reduce_by_128ths(f64x2 x, const auto& k) {
   return {(m - c) * reciprocal, hi, lo, to_double(shift_right_logical(high, 20) - k.bias)};
 }
 
-// Accurate: 2.12 ULP. Special results as above. No reciprocal estimate: the same bits on every processor.
-struct log2_f64 : kernel<f64, log2_f64_constants> {
-  static constexpr double max_ulp = 2.12;
-  static constexpr double seams[] = {0x1p-1022, 0x1.ffp-1, 1.0, 0x1.01p0};
-
+struct log2_f64_path : kernel<f64, log2_f64_constants> {
   static f64x2 path(f64x2 x, const constants& k) {
     log2_reduction s = reduce_by_128ths(x, k);
     return evaluate(s, s.exponent, k);
@@ -103,10 +99,14 @@ struct log2_f64 : kernel<f64, log2_f64_constants> {
     f64x2 odd = (k.c5 * r2 + k.c3) * r2 * r;
     return (((even + odd) + s.lo) + k.c1 * r) + head;
   }
-  // Not positive, normal and finite: the whole vector takes the large path, which gives every other lane the same bits.
+};
+
+// Two lanes: every argument in line. A lane that is not positive, normal and finite sends both through the large path, which
+// gives the other one the same bits.
+struct log2_f64_in_line : log2_f64_path {
   static i32x4 large(f64x2 x, const constants& k) { return not_positive_normal(x, k); }
 
-  // Every argument: subnormal lanes are normalised, special results made by arithmetic on their own lanes alone.
+  // Subnormal lanes are normalised, special results made by arithmetic on their own lanes alone.
   static f64x2 large_path(f64x2 x) {
     const constants& k = constant_pool<constants>;
     i64x2 exponent = as_int(x) & k.infinity;
@@ -125,6 +125,22 @@ struct log2_f64 : kernel<f64, log2_f64_constants> {
     y = select(negative, zero_if_negative / zero_if_negative, y);
     f64x2 zero_if_zero = select(is_zero, zero, one);
     return select(is_zero, k.minus_one / zero_if_zero, y);
+  }
+};
+
+// Accurate: 2.12 ULP. Special results as above. No reciprocal estimate: the same bits on every processor.
+struct log2_f64 : log2_f64_path {
+  static constexpr double max_ulp = 2.12;
+  static constexpr double seams[] = {0x1p-1022, 0x1.ffp-1, 1.0, 0x1.01p0};
+  template <int width>
+  using at = std::conditional_t<width == 2, log2_f64_in_line, log2_f64>;
+
+  static i32x4 special(f64x2 x, const constants& k) { return not_positive_normal(x, k); }
+
+  static int rare(const double* x, double* result) {
+    if (!is_positive_finite(*x)) return special_logarithm(*x, result);
+    f64x2 y = log2_f64_in_line::large_path({_mm_load1_pd(x)});
+    return _mm_store_sd(result, y.v), ordinary;
   }
 };
 

@@ -13,7 +13,7 @@
 // keeps the compiler from adding a suffix to the name.
 #define VORX_ENTRY(SHAPE, KERNEL, LANES, FILL, SYMBOL)                                                                     \
   namespace SYMBOL {                                                                                                       \
-  using e = ::vorx::entry<::vorx::shapes::SHAPE, KERNEL, LANES, ::vorx::fill::FILL>;                                       \
+  using e = ::vorx::entry<::vorx::shapes::SHAPE, ::vorx::kernel_at<KERNEL, LANES>::type, LANES, ::vorx::fill::FILL>;       \
   [[gnu::cold, gnu::noinline]] inline e::out VORX_CALL cold(e::in, e::word) asm("\01" #SYMBOL ".cold");                   \
   [[gnu::used]] static e::out VORX_CALL body(e::in, e::word) asm("\01" #SYMBOL ".body");                                  \
   static e::out VORX_CALL body(e::in r, e::word w) {                                                                       \

@@ -15,7 +15,9 @@
 //     static f32x4 large_path(f32x4 x);                           out of line, one copy for all widths
 //
 // one lane that is large sends all lanes through the large path. `special` is then asked there only, so the path must by itself
-// be right for every lane that is not large.
+// be right for every lane that is not large. A kernel may name another one, of the same bits, for some width:
+//
+//     template <int width> using at = std::conditional_t<width == 2, log2_f64_in_line, log2_f64>;
 #pragma once
 
 #include <type_traits>
