@@ -59,16 +59,6 @@ template <class K, class... Pointers>
   if constexpr (has_lane_test<K>) K::rare(lane...);
 }
 
-template <class K, int W>
-struct kernel_at {
-  using type = K;
-};
-template <class K, int W>
-requires requires { typename K::template at<W>; }
-struct kernel_at<K, W> {
-  using type = typename K::template at<W>;
-};
-
 // The entry point of kernel K with shape S on W lanes.
 template <shape S, class K, int W, fill F>
 struct entry {

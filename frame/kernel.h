@@ -57,6 +57,17 @@ consteval typename E::constant pattern(uint32_t f32_bits, uint64_t f64_bits) {
     return bits64(f64_bits);
 }
 
+// The kernel at a width: K, unless it names another one.
+template <class K, int W>
+struct kernel_at {
+  using type = K;
+};
+template <class K, int W>
+requires requires { typename K::template at<W>; }
+struct kernel_at<K, W> {
+  using type = typename K::template at<W>;
+};
+
 // What a rare-case routine says about its result. Kernels drop it.
 enum status : int { ordinary = 0, domain_error = 1, singularity = 2, overflow = 3, underflow = 4 };
 

@@ -43,6 +43,10 @@ claims read() {
     c.has_lane_test = true;
     c.every_lane_special = always_special<K>;
     c.flags = flags<K, S, &K::special>;
+    [&]<size_t... i>(std::index_sequence<i...>) {
+      ((has_lane_test<typename kernel_at<K, widths[i]>::type> ? void() : c.in_line.push_back(widths[i])), ...);
+    }
+    (std::make_index_sequence<std::size(widths)>{});
   }
   if constexpr (has_large_path<K>) c.large = flags<K, S, &K::large>;
   return c;

@@ -15,6 +15,7 @@ struct claims {
   bool whole_vector = false;        // a decision concerns all lanes: a lane's last bits may depend on its neighbours
   bool has_lane_test = false;       // some lanes go to a rare-case routine
   bool every_lane_special = false;  // all lanes that exist do, and no other
+  std::vector<int> in_line;         // widths at which they do not: the kernel there is right for every argument
   // The kernel's own lane test on the bits of one lane of each argument; null without a lane test.
   bool (*flags)(const uint64_t* argument_bits) = nullptr;
   // Whether such a lane sends the whole vector through the large path; null without a large path. Only there are lanes flagged.
