@@ -99,10 +99,10 @@ struct log_f64_native_constants : table_reduction_constants {
   rep64 c3 = c(0x3fd55555555543c5, 0.33333333333308374);
 };
 
-// Native: relative error 2.4e-10 for positive normal x; unspecified elsewhere.
+// Native: 2.6e6 ULP, below 5.8e-10 relative, for positive normal x; unspecified elsewhere.
 template <class Reciprocal = hardware_reciprocal>
 struct log_f64_native_with : kernel<f64, log_f64_native_constants> {
-  static constexpr double max_ulp = 2.11e6;
+  static constexpr double max_ulp = 2.6e6;  // with the least exact table of estimates; 2.1e6 on one processor
   static constexpr double domain[] = {0x1p-1022, 0x1.fffffffffffffp1023};
   static constexpr double seams[] = {0x1p-1022, 0x1.6a0p-1, 1.0, 0x1.6a0p0};
 

@@ -193,7 +193,7 @@ struct log1p_f64_native_constants : table_reduction_constants {
 // elsewhere.
 template <class Reciprocal = hardware_reciprocal>
 struct log1p_f64_native_with : kernel<f64, log1p_f64_native_constants> {
-  static constexpr double max_ulp = 7.5e5;
+  static constexpr double max_ulp = 1.0e6;  // with the least exact table of estimates; 7.5e5 on one processor
   static constexpr double domain[] = {-0x1.fffffffffffffp-1, 0x1.fffffffffffffp1023};
   static constexpr double seams[] = {-1.0, 0.0, 0x1.6a0p-1, 1.0};
 

@@ -29,10 +29,10 @@ scalar_of<K> path_of(scalar_of<K> x) {
 // Whether x leaves the path, for the scalar routine or with its whole vector.
 template <class K>
 bool flagged(scalar_of<K> x) {
-  i32x4 lanes;
+  i32x4 lanes = {_mm_setzero_si128()};
   if constexpr (has_large_path<K>)
     lanes = K::large(all(x), constant_pool<typename K::constants>);
-  else
+  else if constexpr (has_lane_test<K>)
     lanes = K::special(all(x), constant_pool<typename K::constants>);
   return sign_mask(as_float(lanes)) & 8;  // the highest lane of either type
 }
