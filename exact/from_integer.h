@@ -66,12 +66,42 @@ struct from_i32_f64 : kernel<f64, std::conditional_t<has_sign, no_constants, fro
   }
 };
 
+// A 64-bit integer as the sum of its words, each exact in double: one rounding. The bits of the low word are put under the
+// exponent of 2^52, those of the high word under that of 2^84, a signed one with 2^31 added to it; one subtraction takes all that
+// away.
+struct unsigned_words_constants {
+  rep64 two_52 = c(0x4330000000000000, 4503599627370496.0);
+  rep64 high = c(0x4530000000000000, 0x1p84);
+  rep64 added = c(0x4530000000100000, 0x1.00000001p84);  // 2^84 + 2^52
+};
+struct signed_words_constants {
+  rep64 two_52 = c(0x4330000000000000, 4503599627370496.0);
+  rep64 high = c(0x4530000080000000, 0x1.000008p84);
+  rep64 added = c(0x4530000080100000, 0x1.00000801p84);  // 2^84 + 2^63 + 2^52
+};
+template <bool has_sign>
+using words_constants = std::conditional_t<has_sign, signed_words_constants, unsigned_words_constants>;
+
+VORX_INLINE f64x2 sum_of_words(i64x2 x, const auto& k) {
+  f64x2 low = as_float(as_i64(even_odd(as_i32(x), as_i32(k.two_52))));
+  f64x2 high = as_float(shift_right_logical(x, 32) ^ k.high) - k.added;
+  return high + low;
+}
+
 struct from_i64_f64_constants {
   rep64 sign = bits64(0x8000000000000000);
   rep64 low_bits = bits64(0x000fffffffffffff);
   rep64 one = bits64(1);
   rep64 two_52 = c(0x4330000000000000, 4503599627370496.0);
   rep64 two_104 = c(0x4670000000000000, 20282409603651670423947251286016.0);
+};
+
+template <rounding direction, bool has_sign>
+struct from_i64_f64;
+
+template <bool has_sign>
+struct from_i64_f64<to_nearest, has_sign> : kernel<f64, words_constants<has_sign>> {
+  static f64x2 path(i64x2 x, const words_constants<has_sign>& k) { return sum_of_words(x, k); }
 };
 
 template <rounding direction, bool has_sign>
@@ -82,6 +112,33 @@ struct from_i64_f64 : kernel<f64, from_i64_f64_constants> {
     f64x2 low = as_float((n & k.low_bits) | k.two_52) - k.two_52;
     f64x2 high = as_float(shift_right_logical(n, 52) | k.two_104) - k.two_104;
     return rounded_sum<direction, has_sign>(high, low, x, k);
+  }
+};
+
+template <rounding direction, bool has_sign>
+struct from_i64_f32;
+
+struct from_i64_f32_nearest_constants : signed_words_constants {
+  rep32 bias = bits32(0x7fe00000);   // 2^31 - 2^21 added to the high word:
+  rep32 limit = bits32(0x7fbfffff);  // more than 2^31 - 2^22 - 1 if it is from -2^21 to 2^21 - 1
+  rep64 low_bits = bits64(0x7ff);
+};
+
+// By way of double: an integer of more than 53 bits is cut to a multiple of 2^11 before, to an odd one where bits are lost, so
+// that it is exact in double and the rounding to float still knows of them. (Unsigned integers are faster in chunks.)
+template <>
+struct from_i64_f32<to_nearest, true> : kernel<f32, from_i64_f32_nearest_constants> {
+  static f32x4 path(i64x4 x, const constants& k) {
+    f32x4 low = half(x.low, k);
+    f32x4 high = half(x.high, behind(low, k));
+    return as_float(join(as_int(low), as_int(high)));
+  }
+
+ private:
+  static f32x4 half(i64x2 x, const constants& k) {
+    i32x4 fits = duplicate_high_words(x) + k.bias > k.limit;  // 53 bits
+    i64x2 cut = clear(as_i64(fits), as_int(k.low_bits));
+    return to_float(sum_of_words(clear(cut, x | ((x & cut) + cut)), k));
   }
 };
 
