@@ -166,8 +166,9 @@ Made by `make docs` on commit {facts['commit']}, {facts['processor']}. Numbers a
 
 - **Error**: |result - exact value| in units in the last place (ULP) of the binade that holds the exact value, which MPFR gives. Below
   the normal range the unit is that of the subnormal numbers; results there are rounded gradually, never flushed.
-- **Correctly rounded**: the share of inputs whose result is the number nearest to the exact value. For float functions of one argument
-  with "all 2^32" this is the share of all floats, of which many are trivial; samples go where the errors are, so their shares are lower.
+- **Correctly rounded**: the share of finite results other than zero that are the number nearest to the exact value. Right NaN,
+  infinite and zero results are counted apart (the data files say how many, and how many results were subnormal). Samples go where the
+  errors are, so their shares are lower than those over all 2^32 inputs.
 - **Kinds**: a NaN, an infinity or a sign of zero in the wrong place is no matter of size. Such faults are counted apart, one is enough to
   fail, and the last column names them; it is empty when there is none.
 - **Limits** are those of OpenCL C 3.0, full profile. Native variants have none: there the claim holds for normal arguments and results, in
