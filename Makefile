@@ -4,7 +4,7 @@
 # One target after the other, even with -j: speed is not measured while something else runs. Builds take all processors themselves.
 .NOTPARALLEL:
 JOBS := $(shell nproc)
-COMMIT = $(shell git describe --always --dirty --exclude '*')
+COMMIT := $(shell git describe --always --dirty --exclude '*')
 
 lib: build/build.ninja
 	cmake --build build --target vorx -j $(JOBS)
@@ -41,7 +41,7 @@ docs/accuracy.md: build/build.ninja
 .PHONY: docs/speed.md
 docs/speed.md:
 	mkdir -p docs/data
-	$(MAKE) bench ARGS=--csv=docs/data/speed.csv
+	$(MAKE) bench COMMIT=$(COMMIT) ARGS=--csv=docs/data/speed.csv
 	python3 tools/bench/speed_page.py docs/data/speed.csv docs
 
 # Into /usr/local, or PREFIX=/opt/vorx; DESTDIR is honoured.
