@@ -108,6 +108,12 @@ template <class Estimate>
 real_reference by(value f, Estimate estimate, int doublings = 0) {
   return {f, estimate, in_double - doublings, estimate, in_long_double - doublings};
 }
+template <class Estimate>
+real_reference on_circle(value f, Estimate estimate, decltype(real_reference::circle) which) {
+  real_reference reference = by(f, estimate, which == real_reference::tangent ? 1 : 0);
+  reference.circle = which;
+  return reference;
+}
 #define VORX_C(F) [](auto x, auto) { return std::F(x); }
 
 using row = std::map<std::string, real_reference>;
@@ -132,9 +138,9 @@ const row& table() {
       {"inv", by(inv, [](auto x, auto) { return 1 / x; })},
       {"div", by(of_x_y<mpfr_div>, [](auto x, auto y) { return x / y; })},
       {"hypot", by(of_x_y<mpfr_hypot>, [](auto x, auto y) { return std::hypot(x, y); })},
-      {"sin", by(of_x<mpfr_sin>, VORX_C(sin))},
-      {"cos", by(of_x<mpfr_cos>, VORX_C(cos))},
-      {"tan", by(of_x<mpfr_tan>, VORX_C(tan))},
+      {"sin", on_circle(of_x<mpfr_sin>, VORX_C(sin), real_reference::sine)},
+      {"cos", on_circle(of_x<mpfr_cos>, VORX_C(cos), real_reference::cosine)},
+      {"tan", on_circle(of_x<mpfr_tan>, VORX_C(tan), real_reference::tangent)},
       {"sinpi", by(of_x<mpfr_sinpi>, [](auto x, auto) { return sin_of_half_turns(x); })},
       {"cospi", by(of_x<mpfr_cospi>, [](auto x, auto) { return cos_of_half_turns(x); })},
       {"tanpi", by(of_x<mpfr_tanpi>, [](auto x, auto) { return tan_of_half_turns(x); })},

@@ -19,6 +19,9 @@ struct real_reference {
   int quick_bits = 0;
   long double (*fine)(long double x, long double y) = nullptr;
   int fine_bits = 0;
+  // Of sine and cosine, and of tangent as their quotient: makes estimates of consecutive arguments that are far apart from each
+  // other by the addition theorem (interpolate.h).
+  enum { no_circle, sine, cosine, tangent } circle = no_circle;
 };
 
 // A result that is defined bit for bit, for one element type. Nothing where every result is acceptable.

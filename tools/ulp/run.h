@@ -57,7 +57,7 @@ class runner {
   caller wide_, four_;
   uint32_t turn_ = 0;
   std::vector<results> among_peers_;
-  std::array<double (*)(double, double), 2> estimates_{};  // of float kernels of one argument
+  std::array<std::optional<real_reference>, 2> estimates_;  // of float kernels of one argument
   std::vector<std::array<double, 2>> estimated_;
   std::vector<arguments> inputs_;
 };

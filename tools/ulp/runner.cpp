@@ -33,7 +33,7 @@ runner::runner(const entry_point& kernel, int width, double floor)
   if (kernel.type == element::f64 || form.argument_count() > 1 || form.arguments[0] != kind::real) return;
   for (int r = 0; r < form.result_count(); r++) {
     result_reference reference = reference_of(*kernel.of, kernel.type, r);
-    if (reference.real) estimates_[r] = reference.real->quick;
+    if (reference.real && reference.real->quick) estimates_[r] = *reference.real;
   }
 }
 
@@ -57,7 +57,7 @@ void runner::blocks(uint64_t first, uint64_t count, uint64_t stride) {
   for (size_t r = 0; r < 2 && estimates_[r]; r++)
     for (size_t b = 0; b < count; b++) {
       double values[block];
-      estimate_block(estimates_[r], static_cast<uint32_t>(inputs_[b * block][0]), values);
+      estimate_block(*estimates_[r], static_cast<uint32_t>(inputs_[b * block][0]), values);
       for (size_t i = 0; i < block; i++) estimated_[b * block + i][r] = values[i];
     }
   call_among_peers(inputs_);
