@@ -57,7 +57,7 @@ void compare(const entry_point& e, const known_results& known, argument_source& 
 TEST_P(Widths, AgreeBitForBit) {
   const function& f = *GetParam();
   const auto kernels = entry_points_of(f, 1).size();
-  const size_t inputs = (quick() ? 20'000 : 2'000'000) / kernels + 1;
+  const size_t inputs = (quick() ? 20'000 : 1'000'000) / kernels + 1;
   for (const entry_point& kernel : entry_points_of(f, 1)) {
     const claims& claim = claims_of(kernel);
     argument_source source(kernel);

@@ -80,8 +80,8 @@ bool judge::settle(Wide e, double doubt, const arguments& in, const results& out
   if (unit_in_doubt) (magnitude < lowest + doubt ? most *= 2 : least /= 2);
   if (least <= 0.5 && most >= 0.5) return false;
   if (exponent == format_.highest_exponent && magnitude > 2 * lowest - 1) return false;  // rounds to infinity, or nearly
-  // A new largest error; small doubts do not show in it.
-  if (most > std::max({found.largest, floor, 0.5}) && (unit_in_doubt || doubt > 1e-6)) return false;
+  // A new largest error, by more than its ninth digit; small doubts do not show in it.
+  if (most > 1.000000001 * std::max({found.largest, floor, 0.5}) && (unit_in_doubt || doubt > 1e-6)) return false;
   count(error, signed_error, error < 0.5, in, out, r);
   return true;
 }
