@@ -1,4 +1,4 @@
-// ulp: the accuracy of kernels. See usage() and HACKING.md.
+// ulp: the accuracy of kernels. See usage().
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
