@@ -57,36 +57,36 @@ struct large_sine_f64_constants : reduction_f64_constants {
 };
 
 // The columns of two rows.
-struct sine_cosine_rows_f64 {
+struct sine_cosine_columns {
   f64x2 ct, cl, sh, sl;
 };
-VORX_INLINE sine_cosine_rows_f64 sine_cosine_rows(i64x2 row, const large_sine_f64_constants& k) {
-  i32x4 index = as_i32(row & k.row_mask);
-  const double *a = sine_cosine_f64[extract<0>(index)], *b = sine_cosine_f64[extract<2>(index)];
+VORX_INLINE sine_cosine_columns columns(const double* a, const double* b) {
   f64x2 cos_a = load_aligned(a), cos_b = load_aligned(b), sin_a = load_aligned(a + 2), sin_b = load_aligned(b + 2);
   f64x2 ct = lower_lanes(cos_a, cos_b), cl = {opaque(upper_lanes(cos_a, cos_b).v)};  // else ct + cl becomes a slow haddpd
   return {ct, cl, lower_lanes(sin_a, sin_b), upper_lanes(sin_a, sin_b)};
 }
 
-// The sum as its lead and all the rest.
-struct sum_terms {
-  f64x2 lead, rest;
+// Sh + r Cl + r Ct, and its error.
+struct sum_and_error {
+  f64x2 sum, error;
 };
-VORX_INLINE sum_terms angle_sum_terms(i64x2 row, f64x2 r, f64x2 low, const large_sine_f64_constants& k) {
-  auto [ct, cl, sh, sl] = sine_cosine_rows(row, k);
+VORX_INLINE sum_and_error leading_sum(const sine_cosine_columns& row, f64x2 r) {
+  f64x2 lead = r * row.cl, tail = r * row.ct;
+  f64x2 u = row.sh + lead;
+  f64x2 v = u + tail;
+  return {v, (u - v) + tail + ((row.sh - u) + lead)};
+}
+
+VORX_INLINE f64x2 angle_sum(i64x2 row, f64x2 r, f64x2 low, const large_sine_f64_constants& k) {
+  i32x4 index = as_i32(row & k.row_mask);
+  auto columns_of_row = columns(sine_cosine_f64[extract<0>(index)], sine_cosine_f64[extract<2>(index)]);
+  auto [ct, cl, sh, sl] = columns_of_row;
   f64x2 ck = ct + cl;
   f64x2 z = r * r;
-  f64x2 lead = r * cl, tail = r * ct;
-  f64x2 u = sh + lead;
-  f64x2 v = u + tail;
-  f64x2 error = (u - v) + tail + ((sh - u) + lead);
+  auto [v, error] = leading_sum(columns_of_row, r);
   f64x2 cosine_part = sh * z * (k.c1 + z * (k.c2 + k.c3 * z));
   f64x2 sine_part = ck * r * z * (k.s1 + k.s2 * z);
-  return {v, cosine_part + (low * (ck - r * sh) + sl) + sine_part + error};
-}
-VORX_INLINE f64x2 angle_sum(i64x2 row, f64x2 r, f64x2 low, const large_sine_f64_constants& k) {
-  auto [lead, rest] = angle_sum_terms(row, r, low, k);
-  return lead + rest;
+  return v + (cosine_part + (low * (ck - r * sh) + sl) + sine_part + error);
 }
 
 template <class V>
