@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes the head of the accuracy and speed tables into the README, between its two marks: readme_tables.py README DATA-DIRECTORY
 
-The numbers are those of accuracy.csv, exhaustive.csv and speed.csv in the directory, as the tools wrote them. A file that is missing
+The numbers are those of accuracy.csv, long_runs.csv and speed.csv in the directory, as the tools wrote them. A file that is missing
 leaves its table out, a function that is missing its row.
 """
 import os
@@ -26,12 +26,12 @@ def table(head, rows):
 
 
 def largest_errors(directory):
-    """{(function, type): ULP}: a sample of each kernel and, where one stands for the same claim, the run over all inputs."""
+    """{(function, type): ULP}: a sample of each kernel and, where one stands for the same claim, the long run."""
     sample = {(r["function"], r["type"]): r for r in read(os.path.join(directory, "accuracy.csv"))}
-    complete = {(r["function"], r["type"]): r for r in read(os.path.join(directory, "exhaustive.csv"))}
+    longer = {(r["function"], r["type"]): r for r in read(os.path.join(directory, "long_runs.csv"))}
     errors = {}
     for key, row in sample.items():
-        runs = [row] + ([complete[key]] if key in complete and complete[key]["claim"] == row["claim"] else [])
+        runs = [row] + ([longer[key]] if key in longer and longer[key]["claim"] == row["claim"] else [])
         errors[key] = max(float(r["largest_ulp"]) for r in runs)
     return errors
 

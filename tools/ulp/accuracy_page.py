@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Measures the accuracy of all kernels and makes docs/accuracy.md and its plots: accuracy_page.py TOOL DOCS COMMIT [--exhaustive]
+"""Measures the accuracy of all kernels and makes docs/accuracy.md and its plots: accuracy_page.py TOOL DOCS COMMIT [--long]
 
-DOCS/data/accuracy.csv is measured anew: a sample of every kernel. DOCS/data/exhaustive.csv keeps what took minutes for each kernel:
-runs over all 2^32 inputs. Such a row is valid while the kernel's claim is the same and its results are the same bits, which a digest
-over a million inputs shows. --exhaustive runs what has no valid row; without it the page falls back to the sample. Plots need gnuplot.
+DOCS/data/accuracy.csv is measured anew: a sample of every kernel. DOCS/data/long_runs.csv keeps what took minutes for each kernel:
+runs over all 2^32 inputs or, where there are more, over a large sample. Such a row is valid while the kernel's claim is the same and
+its results are the same bits, which a digest over a million inputs shows. --long runs what has no valid row; without it the page
+falls back to the small sample. Plots need gnuplot.
 """
 import csv
 import json
@@ -18,6 +19,7 @@ sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 from page import FAMILIES, read_table  # tools/page.py
 
 COUNT = 1000000
+LONG_COUNT = 200000000
 FINGERPRINT = ["--exhaustive", "--stride", "4099", "--count", "0"]  # a million inputs of kernels that have 2^32
 PLOT_STRIDE = "257"
 # Where a logarithm is small: |ln| of the argument (of 1 + x for log1p) is up to 2^-7.
@@ -69,21 +71,20 @@ def processor():
     return f"{fields['model name']}, family {fields['cpu family']} model {fields['model']}"
 
 
-def exhaustive(tool, path, facts, run_missing):
-    """The valid rows of all-input runs, new ones included; the file is written after each, for they take long."""
+def long_runs(tool, path, sampled, facts, run_missing):
+    """The valid rows of long runs, new ones included; the file is written after each, for they take long."""
+    exhaustive = {k: r for k, r in run(tool, "--all", *FINGERPRINT).items() if int(r["inputs"]) > 0}
+    now = {**{k: r for k, r in sampled.items() if float(r["claim"]) > 0.5}, **exhaustive}
     kept = read(path)
-    valid = {}
-    now = {k: r for k, r in run(tool, "--all", *FINGERPRINT).items() if int(r["inputs"]) > 0}
-    for k, row in now.items():
-        if k in kept and kept[k]["fingerprint"] == row["digest"] and kept[k]["claim"] == row["claim"]:
-            valid[k] = kept[k]
+    valid = {k: kept[k] for k, r in now.items() if k in kept and (kept[k]["fingerprint"], kept[k]["claim"]) == (r["digest"], r["claim"])}
     for k in now:
         if k in valid or not run_missing:
             continue
-        print("all inputs of", *k, flush=True)
-        row = run(tool, k[0], "--type", k[1], "--variant", k[2], "--exhaustive")[k]
+        print("long run of", *k, flush=True)
+        size = ["--exhaustive"] if k in exhaustive else ["--count", str(LONG_COUNT)]
+        row = run(tool, k[0], "--type", k[1], "--variant", k[2], *size)[k]
         valid[k] = {**row, "fingerprint": now[k]["digest"], "commit": facts["commit"], "processor": facts["processor"]}
-        write(path, list(valid.values()), {"made by": "make docs EXHAUSTIVE=1"})
+        write(path, list(valid.values()), {"made by": "make docs LONG=1"})
     return valid
 
 
@@ -161,7 +162,7 @@ def page(rows, near_one, families, facts, plots):
     text = f"""# Accuracy
 
 Made by `make docs` on commit {facts['commit']}, {facts['processor']}. Numbers and plots come from `build/ulp`; the data is in
-`docs/data/accuracy.csv` (samples: `{facts['command']}`) and `docs/data/exhaustive.csv` (all 2^32 inputs; each row names its commit).
+`docs/data/accuracy.csv` (a million inputs: `{facts['command']}`) and `docs/data/long_runs.csv` (more; each row names its commit).
 {len(rows)} kernels (function, type, variant) were measured; {len(rows) - len(bad)} keep the standard's limits and their own claims.
 
 - **Error**: |result - exact value| in units in the last place (ULP) of the binade that holds the exact value, which MPFR gives. Below
@@ -273,7 +274,7 @@ def make_plots(tool, rows, directory, facts):
 
 
 def main():
-    arguments = [a for a in sys.argv[1:] if a != "--exhaustive"]
+    arguments = [a for a in sys.argv[1:] if a != "--long"]
     tool, docs, commit = arguments
     command = ["--all", "--count", str(COUNT)]
     facts = {"commit": commit, "processor": processor(), "command": f"build/ulp {' '.join(command)}"}
@@ -283,8 +284,8 @@ def main():
     write(os.path.join(data, "accuracy.csv"), list(sampled.values()), facts)
     near_one = [row for name, bounds in NEAR_ONE.items() for row in run(tool, name, "--interval", *bounds, "--count", str(COUNT)).values()]
     write(os.path.join(data, "near_one.csv"), near_one, {**facts, "command": "build/ulp log1p --interval -0x1p-7 0x1p-7, and so on"})
-    complete = exhaustive(tool, os.path.join(data, "exhaustive.csv"), facts, "--exhaustive" in sys.argv)
-    rows = [{**row, **complete.get(k, {})} for k, row in sampled.items()]
+    longer = long_runs(tool, os.path.join(data, "long_runs.csv"), sampled, facts, "--long" in sys.argv)
+    rows = [{**row, **longer.get(k, {})} for k, row in sampled.items()]
     plots = make_plots(tool, rows, os.path.join(docs, "plots"), facts)
     with open(os.path.join(os.path.dirname(tool), "catalogue.json")) as file:
         families = {entry["function"]: entry["family"] for entry in json.load(file)}
