@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Measures the accuracy of all kernels and makes docs/accuracy.md and its plots: accuracy_page.py TOOL DOCS COMMIT [--long]
 
-DOCS/data/accuracy.csv is measured anew: a sample of every kernel. DOCS/data/long_runs.csv keeps what took minutes for each kernel:
-runs over all 2^32 inputs or, where there are more, over a large sample. Such a row is valid while the kernel's claim is the same and
-its results are the same bits, which a digest over a million inputs shows. --long runs what has no valid row; without it the page
-falls back to the small sample. Plots need gnuplot.
+DOCS/data/accuracy.csv is measured anew: a sample of every kernel, and the worst inputs known (tests/witnesses.csv).
+DOCS/data/long_runs.csv keeps what took minutes for each kernel: runs over all 2^32 inputs or, where there are more, over a large
+sample. Such a row is valid while the kernel's claim is the same and its results are the same bits, which a digest over a million
+inputs shows. --long runs what has no valid row; without it the page falls back to the small sample. Plots need gnuplot.
 """
 import csv
 import json
@@ -69,6 +69,26 @@ def processor():
     with open("/proc/cpuinfo") as file:
         fields = {name.strip(): value.strip() for name, _, value in (line.partition(":") for line in file)}
     return f"{fields['model name']}, family {fields['cpu family']} model {fields['model']}"
+
+
+def with_known_worst(tool, rows, witnesses):
+    """The rows, with the largest errors of the inputs that are known to be bad where the sample has none as large."""
+    for witness in read(witnesses).values():
+        with tempfile.NamedTemporaryFile("w") as file:
+            file.write(witness["argument_bits"] + "\n")
+            file.flush()
+            known = run(tool, witness["function"], "--type", witness["type"], "--variant", witness["variant"], "--count", "0", "--file", file.name)
+        for k, row in known.items():
+            if k in rows:
+                rows[k] = larger(rows[k], row)
+    return rows
+
+
+def larger(row, other):
+    """The row, with the largest error of the other one if that is larger."""
+    if float(other["largest_ulp"]) <= float(row["largest_ulp"]):
+        return row
+    return {**row, **{name: other[name] for name in ("largest_ulp", "worst_arguments", "worst_results", "verdict")}}
 
 
 def long_runs(tool, path, sampled, facts, run_missing):
@@ -162,7 +182,8 @@ def page(rows, near_one, families, facts, plots):
     text = f"""# Accuracy
 
 Made by `make docs` on commit {facts['commit']}, {facts['processor']}. Numbers and plots come from `build/ulp`; the data is in
-`docs/data/accuracy.csv` (a million inputs: `{facts['command']}`) and `docs/data/long_runs.csv` (more; each row names its commit).
+`docs/data/accuracy.csv` (a million inputs, `{facts['command']}`, and the worst known, `tests/witnesses.csv`) and
+`docs/data/long_runs.csv` (more; each row names its commit).
 {len(rows)} kernels (function, type, variant) were measured; {len(rows) - len(bad)} keep the standard's limits and their own claims.
 
 - **Error**: |result - exact value| in units in the last place (ULP) of the binade that holds the exact value, which MPFR gives. Below
@@ -280,12 +301,12 @@ def main():
     facts = {"commit": commit, "processor": processor(), "command": f"build/ulp {' '.join(command)}"}
     data = os.path.join(docs, "data")
     os.makedirs(data, exist_ok=True)
-    sampled = run(tool, *command)
+    sampled = with_known_worst(tool, run(tool, *command), os.path.join(docs, "..", "tests", "witnesses.csv"))
     write(os.path.join(data, "accuracy.csv"), list(sampled.values()), facts)
     near_one = [row for name, bounds in NEAR_ONE.items() for row in run(tool, name, "--interval", *bounds, "--count", str(COUNT)).values()]
     write(os.path.join(data, "near_one.csv"), near_one, {**facts, "command": "build/ulp log1p --interval -0x1p-7 0x1p-7, and so on"})
     longer = long_runs(tool, os.path.join(data, "long_runs.csv"), sampled, facts, "--long" in sys.argv)
-    rows = [{**row, **longer.get(k, {})} for k, row in sampled.items()]
+    rows = [larger({**row, **longer.get(k, {})}, row) for k, row in sampled.items()]
     plots = make_plots(tool, rows, os.path.join(docs, "plots"), facts)
     with open(os.path.join(os.path.dirname(tool), "catalogue.json")) as file:
         families = {entry["function"]: entry["family"] for entry in json.load(file)}
