@@ -66,11 +66,12 @@ VORX_INLINE sine_cosine_columns columns(const double* a, const double* b) {
   return {ct, cl, lower_lanes(sin_a, sin_b), upper_lanes(sin_a, sin_b)};
 }
 
-// Sh + r Cl + r Ct, and its error.
-struct sum_and_error {
-  f64x2 sum, error;
+// A sum, rounded, and what has to be added to it.
+struct sum_and_rest {
+  f64x2 sum, rest;
 };
-VORX_INLINE sum_and_error leading_sum(const sine_cosine_columns& row, f64x2 r) {
+// Sh + r Cl + r Ct: the rest is its rounding errors.
+VORX_INLINE sum_and_rest leading_sum(const sine_cosine_columns& row, f64x2 r) {
   f64x2 lead = r * row.cl, tail = r * row.ct;
   f64x2 u = row.sh + lead;
   f64x2 v = u + tail;

@@ -60,26 +60,27 @@ VORX_OUT_OF_LINE __m128 tan_large(__m128 bare_x) {
   return select((x & k.magnitude) <= k.tiny, x, tangent_of_sum(row, r, low, k)).v;
 }
 
-// Double: sine over cosine, by the angle sum of large_sine.h from rows a quarter of the table apart. Lead and rest stay apart,
-// and what the two sums share is computed once: cos r - 1 and sin r - r + low, which leaves out low r Sh, below 2^-67 of the
-// result. The quotient is a first part q of 26 bits, whose product with the upper 26 bits of the cosine is exact, and the
-// remainder times the reciprocal. Sums add first what is ready first: one large lane costs its vector this function's latency.
 struct large_tan_f64_constants : large_sine_f64_constants {
   rep64 row_mask = bits64(0xff);  // period pi: half a revolution
 };
 
-VORX_INLINE sum_and_error angle_sum_terms(const sine_cosine_columns& row, f64x2 r, f64x2 sine_part, f64x2 cosine_part) {
+// As angle_sum, for cosine_part = cos r - 1 and sine_part = sin r - r + low, but the rest is not added.
+VORX_INLINE sum_and_rest angle_sum_terms(const sine_cosine_columns& row, f64x2 r, f64x2 sine_part, f64x2 cosine_part) {
   auto [sum, error] = leading_sum(row, r);
   return {sum, (row.sl + error) + (row.sh * cosine_part + (row.ct + row.cl) * sine_part)};
 }
 
+// Double: sine over cosine, by the angle sum of large_sine.h from rows a quarter of the table apart. Lead and rest stay apart,
+// and what the two sums share is computed once: cos r - 1 and sin r - r + low, which leaves out low r Sh, below 2^-67 of the
+// result. The quotient is a first part q of 26 bits, whose product with the upper 26 bits of the cosine is exact, and the
+// remainder times the reciprocal. Sums add first what is ready first: one large lane costs its vector this function's latency.
 VORX_OUT_OF_LINE __m128d tan_large(__m128d bare_x) {
   f64x2 x = {bare_x};
   const auto& k = *hide(&constant_pool<large_tan_f64_constants>);
   auto [row, r, low] = reduce(x, k);
   i32x4 index = as_i32(row & k.row_mask);
   const double *a = sine_cosine_f64[extract<0>(index)], *b = sine_cosine_f64[extract<2>(index)];
-  constexpr int quarter = 4 * 128;
+  constexpr int quarter = 4 * 128;  // doubles, from a row to that of a_k + pi/2
   f64x2 z = r * r;
   f64x2 cosine_part = z * k.c1 + z * z * (k.c2 + k.c3 * z);
   f64x2 sine_part = low + r * z * (k.s1 + k.s2 * z);

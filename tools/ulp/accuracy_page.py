@@ -77,7 +77,8 @@ def with_known_worst(tool, rows, witnesses):
         with tempfile.NamedTemporaryFile("w") as file:
             file.write(witness["argument_bits"] + "\n")
             file.flush()
-            known = run(tool, witness["function"], "--type", witness["type"], "--variant", witness["variant"], "--count", "0", "--file", file.name)
+            kernel = [witness["function"], "--type", witness["type"], "--variant", witness["variant"]]
+            known = run(tool, *kernel, "--count", "0", "--file", file.name)
         for k, row in known.items():
             if k in rows:
                 rows[k] = larger(rows[k], row)
@@ -302,7 +303,7 @@ def main():
     data = os.path.join(docs, "data")
     os.makedirs(data, exist_ok=True)
     sampled = with_known_worst(tool, run(tool, *command), os.path.join(docs, "..", "tests", "witnesses.csv"))
-    write(os.path.join(data, "accuracy.csv"), list(sampled.values()), facts)
+    write(os.path.join(data, "accuracy.csv"), list(sampled.values()), {**facts, "and": "the inputs of tests/witnesses.csv"})
     near_one = [row for name, bounds in NEAR_ONE.items() for row in run(tool, name, "--interval", *bounds, "--count", str(COUNT)).values()]
     write(os.path.join(data, "near_one.csv"), near_one, {**facts, "command": "build/ulp log1p --interval -0x1p-7 0x1p-7, and so on"})
     longer = long_runs(tool, os.path.join(data, "long_runs.csv"), sampled, facts, "--long" in sys.argv)
