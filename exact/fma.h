@@ -8,21 +8,12 @@
 
 #include "exact/fields.h"
 #include "exact/mad.h"
+#include "frame/head_and_tail.h"
 
 namespace vorx {
 
-struct head_and_tail {
-  double head, tail;
-};
-
-// a + b = head + tail exactly (Knuth).
-VORX_INLINE head_and_tail two_sum(double a, double b) {
-  double s = a + b, of_b = s - a, of_a = s - of_b;
-  return {s, (a - of_a) + (b - of_b)};
-}
-
 // The exact sum of both parts, rounded to odd: where there is a tail, one unit towards zero if it points there, and the last bit.
-VORX_INLINE double round_to_odd(head_and_tail sum) {
+VORX_INLINE double round_to_odd(head_and_tail<double> sum) {
   f64x2 s = {_mm_set_sd(sum.head)}, tail = {_mm_set_sd(sum.tail)};
   i64x2 inexact = tail != f64x2{};
   i64x2 opposite = as_i64(duplicate_high_words(as_int(s ^ tail)) >> 31);
@@ -52,7 +43,7 @@ struct scalar_fma : mad_kernel<E> {
 struct fma_f32 : scalar_fma<f32> {
   static int rare(const float* x, const float* y, const float* z, float* result) {
     double product = static_cast<double>(*x) * *y;
-    head_and_tail sum = two_sum(product, *z);
+    head_and_tail<double> sum = two_sum<double>(product, *z);
     if (is_not_finite(bits_of(sum.head)))
       *result = fma_of_non_finite(*x, *y, *z);
     else
@@ -71,13 +62,13 @@ struct fma_f64 : scalar_fma<f64> {
 
   // x y + z with a tail that is rounded to odd: head + tail rounds like the exact sum. Exact where no bit of x y is below 2^-1074
   // and nothing overflows.
-  VORX_INLINE static head_and_tail unrounded(double x, double y, double z) {
+  VORX_INLINE static head_and_tail<double> unrounded(double x, double y, double z) {
     double xh = upper_part(x), xl = x - xh;
     double yh = upper_part(y), yl = y - yh;
     double p = x * y;
     double e = ((xh * yh - p) + xh * yl + xl * yh) + xl * yl;  // x y = p + e (Dekker)
-    head_and_tail low = two_sum(z, e);
-    head_and_tail high = two_sum(p, low.head);
+    head_and_tail<double> low = two_sum(z, e);
+    head_and_tail<double> high = two_sum(p, low.head);
     return {high.head, round_to_odd(two_sum(high.tail, low.tail))};
   }
 
@@ -89,7 +80,7 @@ struct fma_f64 : scalar_fma<f64> {
     uint32_t ey = static_cast<uint32_t>(biased_exponent_of(bits_of(*y)));
     uint32_t ez = static_cast<uint32_t>(biased_exponent_of(bits_of(*z)));
     if (ex - 1 < largest && ey - 1 < largest && ez <= largest && ex + ey - lowest_sum <= highest_sum - lowest_sum) [[likely]] {
-      head_and_tail sum = unrounded(*x, *y, *z);
+      head_and_tail<double> sum = unrounded(*x, *y, *z);
       *result = sum.head + sum.tail;
       return ordinary;
     }
@@ -124,7 +115,7 @@ struct fma_f64 : scalar_fma<f64> {
     if (d > 60) d = 60;
     if (d < -120) d = -120;
     if (d == 60) e = ez - d;
-    head_and_tail sum = unrounded(x, y, z * power_of_two<double>(d));
+    head_and_tail<double> sum = unrounded(x, y, z * power_of_two<double>(d));
     double s = sum.head + sum.tail;
     if (s == 0) return *result = s, ordinary;
     if (biased_exponent_of(bits_of(s)) - 1023 + e >= -1022) return *result = scale(s, e), ordinary;
@@ -134,7 +125,7 @@ struct fma_f64 : scalar_fma<f64> {
     if (e < -1200) e = -1200;  // nothing but the smallest subnormal or zero either way
     double shifter = power_of_two<double>(-1074 - e + 52);
     if (s < 0) shifter = -shifter;
-    head_and_tail shifted = two_sum(shifter, sum.head);
+    head_and_tail<double> shifted = two_sum(shifter, sum.head);
     double r = (shifted.head + round_to_odd(two_sum(shifted.tail, sum.tail))) - shifter;
     if (r != sum.head || sum.tail != 0) opaque(underflowed<double>());  // for the flag
     *result = from_bits(bits_of(scale(r, e)) | (bits_of(s) & sign_bit<uint64_t>));
