@@ -6,6 +6,7 @@
 #include <mpfr.h>
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -35,12 +36,16 @@ class real {
   friend real sin(const real& a) { return apply(mpfr_sin, a); }
   friend real cos(const real& a) { return apply(mpfr_cos, a); }
   friend real tan(const real& a) { return apply(mpfr_tan, a); }
+  friend real tanh(const real& a) { return apply(mpfr_tanh, a); }
+  friend real erf(const real& a) { return apply(mpfr_erf, a); }
+  friend real sqrt(const real& a) { return apply(mpfr_sqrt, a); }
   friend real floor(const real& a) { return apply(mpfr_rint_floor, a); }
   static real pi() { return apply(mpfr_const_pi); }
 
   // The nearest double and float; the nearest multiple of 2^exponent.
   double to_double() const { return mpfr_get_d(v_, MPFR_RNDN); }
   float to_float() const { return mpfr_get_flt(v_, MPFR_RNDN); }
+  double magnitude() const { return std::fabs(to_double()); }
   real nearest_multiple(int exponent) const {
     real r;
     mpfr_mul_2si(r.v_, v_, -exponent, MPFR_RNDN);
