@@ -14,6 +14,19 @@
 
 using namespace vorx;
 
+// What callers in functions with a frame call, and what they found.
+volatile size_t callers_room = 24;
+volatile int callers_one = 1;
+static int faults_in_frames = 0;
+void callers_check(int holds) { faults_in_frames += !holds; }
+void callers_check_magnitudes(const void* a, const void* b, size_t lane_bytes, int lanes) {
+  auto x = static_cast<const unsigned char*>(a), y = static_cast<const unsigned char*>(b);
+  for (size_t i = 0; i < lane_bytes * static_cast<size_t>(lanes); i++) {
+    const int mask = i % lane_bytes == lane_bytes - 1 ? 0x7f : 0xff;
+    faults_in_frames += (x[i] & mask) != (y[i] & mask);
+  }
+}
+
 // The tables, from the build: CALLER_TABLES is TABLE(name) TABLE(name)...
 #define TABLE(NAME) extern "C" const caller NAME[];
 CALLER_TABLES
@@ -91,6 +104,7 @@ TEST_P(Callers, GiveTheBitsOfTheEntryPoint) {
       std::memset(got, 0xcc, sizeof got);
       for (int a = 0; a < form.argument_count(); a++) source.fill(arguments[a], form.arguments[a], e.type, repetition % 4 == 3);
       c.run(&arguments[0], &arguments[1], &arguments[2], &got[0], &got[1]);
+      ASSERT_EQ(faults_in_frames, 0) << "what the caller had before the call, or a call on the result";
       if (c.one_for_all) {
         auto size = static_cast<size_t>(lane_bytes(form.arguments[1], e.type));
         for (int i = 1; i < e.width; i++) std::memcpy(arguments[1].bytes + size * i, arguments[1].bytes, size);
@@ -104,8 +118,9 @@ TEST_P(Callers, GiveTheBitsOfTheEntryPoint) {
       }
     }
   }
-  // The headers declare every entry point; OpenCL C has no name for some.
-  EXPECT_GE(called.size(), entries.size() * 7 / 10);
+  // The headers declare every entry point, OpenCL C has no name for some; in frames it is one of each caller.
+  const bool one_of_each = std::string(GetParam().name).starts_with("in_frames");
+  EXPECT_GE(called.size(), one_of_each ? 190 : entries.size() * 7 / 10);
 }
 
 INSTANTIATE_TEST_SUITE_P(Tables, Callers, testing::ValuesIn(tables), [](const auto& t) { return t.param.name; });

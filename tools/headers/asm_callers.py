@@ -1,7 +1,7 @@
 """Callers of entry points from C and C++: one inline assembly statement for each pattern of registers and stack.
 
 gcc knows no calling convention that returns four vectors in registers, so the callers place them by local register variables and
-call through ecx. What the pattern of an entry point is follows from where catalogue.json puts its arguments and results.
+call through ecx. They name no register that a compiler may need for its own frame: clang keeps a base pointer in esi, gcc one in ebx. What the pattern of an entry point is follows from where catalogue.json puts its arguments and results.
 """
 
 from dataclasses import dataclass
@@ -100,12 +100,11 @@ class Pattern:
         stack += 4 * (self.pointer and not self.in_array)
         if stack == 0:
             return ["call *%%ecx"]
+        if self.words == 2:  # no vector is on the stack: it may stay where it is, and no register is needed to find it again
+            return ["pushl %%edx", "pushl %%eax", "call *%%ecx", "addl $8, %%esp"]
         saved = (stack + 15) // 16 * 16  # the old stack pointer lies behind the arguments
         setup = ["movl %%esp, %%eax", f"subl ${saved + 16}, %%esp", "andl $-16, %%esp", f"movl %%eax, {saved}(%%esp)"]
-        if self.words == 2:  # eax holds one of the words: the old stack pointer travels through esi
-            setup = ["movl %%esp, %%esi", f"subl ${saved + 16}, %%esp", "andl $-16, %%esp", f"movl %%esi, {saved}(%%esp)",
-                     "movl %%eax, (%%esp)", "movl %%edx, 4(%%esp)"]
-        elif self.words == 1:
+        if self.words == 1:
             setup.append("movl %%edx, (%%esp)")
         elif self.in_array:
             setup += [f"movl ${stack}, %%eax", "1:", "movaps -16(%%edx,%%eax), %%xmm7", "movaps %%xmm7, -16(%%esp,%%eax)",
@@ -142,7 +141,6 @@ class Pattern:
                 outputs.append(f'"+d"({edx})')
             else:
                 clobbers.append('"edx"')
-        clobbers += ['"esi"'] * (self.words == 2)
         touches_memory = self.in_array or self.pointer
         clobbers += ['"memory"'] * touches_memory + ['"cc"', "VORX_X87"]
         lines = self.instructions()

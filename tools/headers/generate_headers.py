@@ -24,16 +24,31 @@ CALLERS_HEAD = '''\
 /* The address of an entry point; only the callers below know how to call it. */
 typedef void (*vorx_entry)(void);
 
+#ifdef __cplusplus
+#define VORX_CAST(TYPE, X) static_cast<TYPE>(X)
+#else
+#define VORX_CAST(TYPE, X) ((TYPE)(X))
+#endif
+
 /* An entry point finds the x87 stack empty, as every function does. */
 #define VORX_X87 "st", "st(1)", "st(2)", "st(3)", "st(4)", "st(5)", "st(6)", "st(7)"
 
-VORX_FUNCTION __m128 vorx_from_float(float x) { return _mm_set_ss(x); }
+/* The barrier is for gcc 12, which fails with an internal error when it knows that x is a lane of another call's result. */
+VORX_FUNCTION __m128 vorx_from_float(float x) {
+  __m128 r = _mm_set_ss(x);
+  __asm__("" : "+x"(r));
+  return r;
+}
 VORX_FUNCTION __m128 vorx_from_double(double x) { return _mm_castpd_ps(_mm_set_sd(x)); }
 VORX_FUNCTION float vorx_to_float(__m128 x) { return _mm_cvtss_f32(x); }
 VORX_FUNCTION double vorx_to_double(__m128 x) { return _mm_cvtsd_f64(_mm_castps_pd(x)); }
 
 /* A stack slot that holds an address. */
-VORX_FUNCTION __m128 vorx_slot(void* address) { return _mm_castsi128_ps(_mm_cvtsi32_si128((int)(intptr_t)address)); }
+VORX_FUNCTION __m128 vorx_slot(void* address) {
+  int word;
+  __builtin_memcpy(&word, &address, sizeof word);
+  return _mm_castsi128_ps(_mm_cvtsi32_si128(word));
+}
 
 '''
 
@@ -215,7 +230,7 @@ def main():
     patterns = sorted({t.pattern for t in typed})
     callers = CALLERS_HEAD + "\n\n".join(p.text() for p in patterns) + "\n\n"
     callers += "".join(f"typedef struct {{\n  {t.type(t.results[0])} sine, cosine;\n}} {name};\n" for name, t in pairs.items())
-    callers += "\n" + "\n".join(t.text() for t in typed) + "\n\n#undef VORX_X87\n\n#endif\n"
+    callers += "\n" + "\n".join(t.text() for t in typed) + "\n\n#undef VORX_X87\n#undef VORX_CAST\n\n#endif\n"
     (directory / "callers.h").write_text(callers)
     (directory / "vorx.h").write_text(C_HEAD + "\n".join(f.c_declarations() for f in functions) + C_TAIL)
     cpp = CPP_HEAD + "\n".join(f.cpp_declarations("accurate") for f in functions)

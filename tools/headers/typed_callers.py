@@ -55,7 +55,7 @@ class TypedCaller:
 
     def scalars(self):
         """The integers that travel in eax or in stack words."""
-        return [f"({'uint64_t' if kind.endswith('64') else 'uint32_t'}){name}"
+        return [f"VORX_CAST({'uint64_t' if kind.endswith('64') else 'uint32_t'}, {name})"
                 for kind, name, a in zip(self.arguments, NAMES, self.entry["arguments"]) if a["registers"] == 0]
 
     def registers_in(self, place):
@@ -90,7 +90,7 @@ class TypedCaller:
         if out == "r.xmm":
             return ["return r;"]
         if out == "&out":
-            return [f"return ({self.result_type()})out;"]
+            return [f"return VORX_CAST({self.result_type()}, out);"]
         if not self.is_pair:
             return [f"return vorx_to_{LANE[kind]}(out[0]);"]
         count = self.entry["results"][0]["registers"]
