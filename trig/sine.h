@@ -6,13 +6,12 @@
 #pragma once
 
 #include "trig/large_sine.h"
+#include "trig/sine_polynomials.h"
 
 namespace vorx {
 
-// (-1)^n as a sign bit: n is in the low bits of t.
-VORX_INLINE f32x4 parity_sign(f32x4 t) { return as_float(as_int(t) << 31); }
-VORX_INLINE f64x2 parity_sign(f64x2 t) { return as_float(as_int(t) << 63); }
-// The same for the cosine of y, with what makes the cosine of zero exact where the polynomial misses it: off the critical path.
+// The sign of sin r for the cosine of y, with what makes the cosine of zero exact where the polynomial misses it: off the
+// critical path.
 template <class V, class C>
 VORX_INLINE V cosine_sign(V t, V y, const C& k) {
   if constexpr (requires { k.unit_at_zero; })
@@ -21,7 +20,7 @@ VORX_INLINE V cosine_sign(V t, V y, const C& k) {
     return parity_sign(t);
 }
 
-struct sine_f32_constants {
+struct sine_f32_constants : sine_f32_polynomial {
   rep32 magnitude = bits32(0x7fffffff);
   rep32 sign = bits32(0x80000000);
   rep32 largest_finite = bits32(0x7f7fffff);
@@ -34,24 +33,17 @@ struct sine_f32_constants {
   rep32 pi_2 = c(0x3a7da000, 9.67502594e-04f);
   rep32 pi_3 = c(0x34222000, 1.50990672e-07f);
   rep32 pi_4 = c(0x2cb4611a, 5.12668814e-12f);
-  // sin r on |r| <= pi/2: relative error 2^-26.6 (tables/fits/polynomials.sollya)
-  rep32 s4 = c(0x362edef8, 2.60578054e-06f);
-  rep32 s3 = c(0xb94fb7ff, -0.000198096022f);
-  rep32 s2 = c(0x3c08876a, 0.00833306648f);
-  rep32 s1 = c(0xbe2aaaa6, -0.166666597f);
 
   // y - n pi in two stages; after the first it is exact to half a unit.
   VORX_INLINE f32x4 first_parts(f32x4 y, f32x4 n) const { return y - n * pi_1 - n * pi_2; }
   VORX_INLINE f32x4 last_parts(f32x4 r, f32x4 n) const { return r - n * pi_3 - n * pi_4; }
-  // sin r; z = r^2.
-  VORX_INLINE f32x4 sine(f32x4 r, f32x4 z) const { return r + r * z * horner(z, s4, s3, s2, s1); }
 };
 // n and n - 1/2 have at most 13 bits, for n <= 3184: exact products with the first three parts.
 static_assert(low_zero_bits(sine_f32_constants{}.pi_1) >= 13 && low_zero_bits(sine_f32_constants{}.pi_2) >= 13 &&
               low_zero_bits(sine_f32_constants{}.pi_3) >= 13);
 
 // Three parts of pi and two coefficients.
-struct sine_f32_native_constants {
+struct sine_f32_native_constants : sine_f32_native_polynomial {
   rep32 magnitude = bits32(0x7fffffff);
   rep32 sign = bits32(0x80000000);
   rep32 limit = c(0x461c4000, 10000.0f);
@@ -62,16 +54,12 @@ struct sine_f32_native_constants {
   rep32 pi_1 = c(0x40490000, 3.140625f);
   rep32 pi_2 = c(0x3a7da000, 9.67502594e-04f);
   rep32 pi_3 = c(0x34222169, 1.50995803e-07f);
-  // sin r on |r| <= pi/2: relative error 2^-12.8 (tables/fits/polynomials.sollya)
-  rep32 s2 = c(0x3bfae3c1, 0.00765654491f);
-  rep32 s1 = c(0xbe2a1dc5, -0.166129187f);
 
   VORX_INLINE f32x4 first_parts(f32x4 y, f32x4 n) const { return y - n * pi_1 - n * pi_2; }
   VORX_INLINE f32x4 last_parts(f32x4 r, f32x4 n) const { return r - n * pi_3; }
-  VORX_INLINE f32x4 sine(f32x4 r, f32x4 z) const { return r + r * z * horner(z, s2, s1); }
 };
 
-struct sine_f64_constants {
+struct sine_f64_constants : sine_f64_polynomial {
   rep64 magnitude = bits64(0x7fffffffffffffff);
   rep64 sign = bits64(0x8000000000000000);
   rep32 largest_finite = bits32(0x7fefffff);       // high word
@@ -84,27 +72,18 @@ struct sine_f64_constants {
   rep64 pi_2 = c(0x3e84442d00000000, 1.5099578831723193e-07);
   rep64 pi_3 = c(0x3d08469880000000, 1.078060505991553e-14);
   rep64 pi_4 = c(0x3b88cc51701b839a, 6.5640070857470009e-22);
-  // sin r on |r| <= pi/2: relative error 2^-52.2 (tables/fits/polynomials.sollya)
-  rep64 s7 = c(0xbd69f1517e9f65f0, -7.3733445331106646e-13);
-  rep64 s6 = c(0x3de60e6bee01d83e, 1.6048095404959637e-10);
-  rep64 s5 = c(0xbe5ae6355aaa4a53, -2.5051880273862881e-08);
-  rep64 s4 = c(0x3ec71de3806add1a, 2.7557316600552628e-06);
-  rep64 s3 = c(0xbf2a01a019a659dd, -0.00019841269825056256);
-  rep64 s2 = c(0x3f8111111110a573, 0.0083333333332855416);
-  rep64 s1 = c(0xbfc55555555554a8, -0.16666666666666186);
   // The polynomial gives 1 - 2^-53 for the cosine of zero. One unit more in r, for a zero argument, makes that 1.
   rep64 unit_at_zero = bits64(1);
 
   VORX_INLINE f64x2 first_parts(f64x2 y, f64x2 n) const { return y - n * pi_1 - n * pi_2; }
   VORX_INLINE f64x2 last_parts(f64x2 r, f64x2 n) const { return r - n * pi_3 - n * pi_4; }
-  VORX_INLINE f64x2 sine(f64x2 r, f64x2 z) const { return r + r * z * horner(z, s7, s6, s5, s4, s3, s2, s1); }
 };
 // 24 bits for n <= 2^24 / pi, and for n - 1/2 where x <= 2^23.
 static_assert(low_zero_bits(sine_f64_constants{}.pi_1) >= 24 && low_zero_bits(sine_f64_constants{}.pi_2) >= 24 &&
               low_zero_bits(sine_f64_constants{}.pi_3) >= 24);
 
 // Three parts of pi, four coefficients, no large path: without meaning beyond about 2^52.
-struct sine_f64_native_constants {
+struct sine_f64_native_constants : sine_f64_native_polynomial {
   rep64 magnitude = bits64(0x7fffffffffffffff);
   rep64 sign = bits64(0x8000000000000000);
   rep64 inv_pi = c(0x3fd45f306dc9c883, 0.31830988618379069);
@@ -114,15 +93,9 @@ struct sine_f64_native_constants {
   rep64 pi_1 = c(0x400921fb40000000, 3.1415925025939941);
   rep64 pi_2 = c(0x3e84442d00000000, 1.5099578831723193e-07);
   rep64 pi_3 = c(0x3d08469898cc5170, 1.0780605716316238e-14);
-  // sin r on |r| <= pi/2: relative error 2^-27.2 (tables/fits/polynomials.sollya)
-  rep64 s4 = c(0x3ec5dbdf0e4c7dee, 2.605780638722852e-06);
-  rep64 s3 = c(0xbf29f6ffeea73463, -0.00019809602902257352);
-  rep64 s2 = c(0x3f8110ed3804ca96, 0.0083330662460856901);
-  rep64 s1 = c(0xbfc55554bc836587, -0.16666659550427829);
 
   VORX_INLINE f64x2 first_parts(f64x2 y, f64x2 n) const { return y - n * pi_1 - n * pi_2; }
   VORX_INLINE f64x2 last_parts(f64x2 r, f64x2 n) const { return r - n * pi_3; }
-  VORX_INLINE f64x2 sine(f64x2 r, f64x2 z) const { return r + r * z * horner(z, s4, s3, s2, s1); }
 };
 
 }  // namespace vorx
