@@ -32,6 +32,7 @@ class real {
   friend real log(const real& a) { return apply(mpfr_log, a); }
   friend real log2(const real& a) { return apply(mpfr_log2, a); }
   friend real log10(const real& a) { return apply(mpfr_log10, a); }
+  friend real exp(const real& a) { return apply(mpfr_exp, a); }
   friend real exp2(const real& a) { return apply(mpfr_exp2, a); }
   friend real sin(const real& a) { return apply(mpfr_sin, a); }
   friend real cos(const real& a) { return apply(mpfr_cos, a); }
