@@ -1,5 +1,5 @@
 # What a newcomer types. Everything else is CMake: see CMakePresets.json, which also says where it builds.
-.PHONY: demo test lib install bench ulp docs packages clean
+.PHONY: demo test lib install uninstall bench ulp docs packages configure clean
 
 # One target after the other, even with -j: speed is not measured while something else runs. Builds take all processors themselves.
 .NOTPARALLEL:
@@ -9,11 +9,11 @@ COMMIT := $(shell git describe --always --dirty --exclude '*')
 lib: build/build.ninja
 	cmake --build build --target vorx -j $(JOBS)
 
-demo: packages build/build.ninja
+demo: configure
 	cmake --build build --target galaxy -j $(JOBS)
 	build/examples/galaxy
 
-test: packages build/build.ninja
+test: configure
 	cmake --build build -j $(JOBS)
 	build/list_catalogue count
 	ctest --preset default
@@ -47,10 +47,19 @@ docs/speed.md:
 
 # Into /usr/local, or PREFIX=/opt/vorx; DESTDIR is honoured.
 install: lib
-	cmake --install build $(if $(PREFIX),--prefix $(PREFIX))
+	cmake --install build $(if $(PREFIX),--prefix "$(PREFIX)")
+
+# What the last `make install` in this tree has installed, with the same DESTDIR.
+uninstall:
+	sed 's|^|$(DESTDIR)|' build/install_manifest.txt | tr '\n' '\0' | xargs -0 rm -fv
+	sed 's|^|$(DESTDIR)|; s|/[^/]*$$||' build/install_manifest.txt | sort -u | grep /vorx$$ | tr '\n' '\0' | xargs -0 -r rmdir
 
 packages:
 	./tools/install-packages
+
+# Again, although it was done: what was not found then may have been installed since.
+configure: packages
+	cmake --preset default
 
 build/build.ninja:
 	cmake --preset default

@@ -16,6 +16,8 @@
 
 #include <unistd.h>
 
+#include "tools/command_line.h"
+
 #define STB_IMAGE_WRITE_IMPLEMENTATION
 #include <stb/stb_image_write.h>
 
@@ -166,7 +168,7 @@ double largest_difference(const field<T>& got, const field<double>& want, int st
   return worst;
 }
 
-bool write_picture(const field<double>& f, const std::string& path) {
+void write_picture(const field<double>& f, vorx::output_file& file) {
   std::vector<unsigned char> rgb;
   for (int y = 0; y < f.size; y++)
     for (int x = 0; x < f.size; x++)
@@ -174,7 +176,12 @@ bool write_picture(const field<double>& f, const std::string& path) {
         double shown = std::asinh(4 * f.row(c, y)[x]) / std::asinh(4 * 2.6);  // faint light stretched, bright light compressed
         rgb.push_back(static_cast<unsigned char>(255 * std::pow(std::min(1.0, shown), 0.8) + 0.5));
       }
-  return stbi_write_png(path.c_str(), f.size, f.size, 3, rgb.data(), 3 * f.size) != 0;
+  auto write = [](void* to, void* data, int bytes) {
+    std::fwrite(data, 1, static_cast<size_t>(bytes), static_cast<std::FILE*>(to));
+  };
+  if (!stbi_write_png_to_func(write, file.get(), f.size, f.size, 3, rgb.data(), 3 * f.size))
+    throw std::runtime_error("no memory");
+  file.close();
 }
 
 class demo {
@@ -215,32 +222,9 @@ class demo {
   bool good_ = true;
 };
 
-const char usage[] =
-    "usage: galaxy [--size N] [--sources N] [--output FILE]\n"
-    "  --size N       pixels of a side, a multiple of 16 (2048)\n"
-    "  --sources N    sources of light (400)\n"
-    "  --output FILE  where the picture goes (galaxy.png)\n";
-
-}  // namespace
-
-int main(int argc, char** argv) {
-  int size = 2048, count = 400;
-  std::string output = "galaxy.png";
-  for (int i = 1; i < argc; i += 2) {
-    const std::string option = argv[i];
-    const char* value = i + 1 < argc ? argv[i + 1] : nullptr;
-    if (option == "--help") return std::fputs(usage, stdout), 0;
-    if (value && option == "--size")
-      size = std::atoi(value) / 16 * 16;
-    else if (value && option == "--sources")
-      count = std::atoi(value);
-    else if (value && option == "--output")
-      output = value;
-    else
-      return std::fprintf(stderr, "galaxy: %s: no such option, or no value\n%s", argv[i], usage), 2;
-  }
-  if (size < 16 || count < 1) return std::fprintf(stderr, "galaxy: size 16 or more, sources 1 or more\n%s", usage), 2;
-
+// Draws the galaxy in all types; returns the exit status.
+int draw_all(int size, int count, const std::string& output) {
+  vorx::output_file file(output);
   demo d(size, static_cast<size_t>(count));
   d.run_scalar();
   d.run("float4", galaxy_float4, 4, 1e-4);
@@ -248,8 +232,25 @@ int main(int argc, char** argv) {
   d.run("float16", galaxy_float16, 16, 1e-4);
   d.run("double2", galaxy_double2, 2, 1e-12);
   d.run("double4", galaxy_double4, 4, 1e-12);
-
-  if (!write_picture(d.picture(), output)) return std::fprintf(stderr, "cannot write %s\n", output.c_str()), 1;
+  write_picture(d.picture(), file);
   std::printf("\nWrote %s\n", output.c_str());
   return d.good() ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  int size = 2048, count = 400;
+  std::string output = "galaxy.png";
+  auto add_options = [&](CLI::App& app) {
+    auto multiple_of_16 = [](const std::string& n) { return std::stol(n) % 16 ? "not a multiple of 16: " + n : std::string(); };
+    app.add_option("--size", size, "Pixels of a side, a multiple of 16")
+        ->capture_default_str()
+        ->check(CLI::Range(16, 8192))
+        ->check(multiple_of_16);
+    app.add_option("--sources", count, "Sources of light")->capture_default_str()->check(CLI::Range(1, 100000));
+    app.add_option("--output", output, "Where the picture goes")->capture_default_str();
+  };
+  return vorx::run_tool(argc, argv, "Draws a galaxy with one OpenCL C kernel on five vector types, and measures it.", add_options,
+                        [&] { return draw_all(size, count, output); });
 }

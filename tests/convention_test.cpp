@@ -63,9 +63,10 @@ TEST_P(Convention, HoldsWhateverIsInTheRestOfTheMachine) {
       if (!vectors_on_the_stack(l))
         for (int misalignment : {4, 8, 12}) check({.misalignment = misalignment});
       for (int offset : {0, 8}) check({.hidden_offset = offset});
-      // The caller's rounding, flushing and raised flags stay: what they do to the results is not looked at.
+      // The caller's rounding, flushed results, subnormal arguments read as zero and raised flags stay as they are: what they do
+      // to the results is not looked at.
       for (uint32_t rounding : {0u, 0x2000u, 0x4000u, 0x6000u})
-        for (uint32_t more : {0u, 0x8040u, 0x3fu})
+        for (uint32_t more : {0u, 0x8000u, 0x40u, 0x8040u, 0x3fu})
           EXPECT_EQ(call(set.data(), out, {.mxcsr = 0x1f80 | rounding | more}), "") << e.symbol();
     }
   }

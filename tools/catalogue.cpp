@@ -95,10 +95,12 @@ int main(int argc, char** argv) {
     print_json();
   } else if (!std::strcmp(what, "exports")) {
     print_exports();
+  } else if (!std::strcmp(what, "names")) {
+    for (const entry_point& p : entry_points()) std::printf("%s\n", p.symbol().c_str());
   } else if (!std::strcmp(what, "count")) {
     std::printf("%zu of %zu entry points exist\n", entry_points().size(), entry_points(false).size());
   } else {
-    std::fprintf(stderr, "usage: list_catalogue json | exports | count\n");
+    std::fprintf(stderr, "usage: list_catalogue json | exports | names | count\n");
     return 2;
   }
 }

@@ -1,15 +1,10 @@
 // The speed tool: cycles per lane of every entry point, beside the scalar C library and the independent vector library.
 //
-//   bench [--filter=REGEX] [--quick] [--repetitions=N] [--csv=FILE] [--commit=NAME]
-//
 // All that belongs to one entry point is measured in turns, in slices of some microseconds, so that what disturbs the machine
 // disturbs all alike; a repetition takes the lower quartile of its slices, the table the median of the repetitions. Google
 // Benchmark runs the repetitions, in random order over the whole run.
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <regex>
 #include <string>
 #include <vector>
@@ -17,41 +12,41 @@
 #include "tools/bench/clock.h"
 #include "tools/bench/subject.h"
 #include "tools/bench/table.h"
+#include "tools/command_line.h"
 
 using namespace vorx;
 using namespace vorx::bench;
 
 namespace {
 
-// What the command line says; everything else is passed on to Google Benchmark.
 struct command {
   std::string filter = ".", csv, commit = "unknown";
   int repetitions = 9, rounds = 12;
   double slice_microseconds = 8;
 };
 
-bool value_of(const char* argument, const char* flag, std::string& value) {
-  size_t n = std::strlen(flag);
-  if (std::strncmp(argument, flag, n) != 0 || argument[n] != '=') return false;
-  value = argument + n + 1;
-  return true;
+void add_options(CLI::App& app, command& c) {
+  app.add_option("--filter", c.filter, "Regular expression: entry points whose name it matches somewhere");
+  app.add_flag_callback(
+      "--quick", [&c] { c.repetitions = 1, c.rounds = 2, c.slice_microseconds = 0; }, "The smallest counts");
+  app.add_option("--repetitions", c.repetitions, "Default: 9")->check(CLI::Range(1, 1000));
+  app.add_option("--csv", c.csv, "Writes a row for each entry point");
+  app.add_option("--commit", c.commit, "What is measured: into the head of that file");
 }
 
-command parse(int argc, char** argv) {
-  command c;
-  std::string number;
-  for (int i = 1; i < argc; i++) {
-    const char* a = argv[i];
-    if (std::strcmp(a, "--quick") == 0)
-      c.repetitions = 1, c.rounds = 2, c.slice_microseconds = 0;
-    else if (value_of(a, "--repetitions", number))
-      c.repetitions = std::max(1, std::atoi(number.c_str()));
-    else if (!value_of(a, "--filter", c.filter) && !value_of(a, "--csv", c.csv) && !value_of(a, "--commit", c.commit)) {
-      std::fprintf(stderr, "usage: bench [--filter=REGEX] [--quick] [--repetitions=N] [--csv=FILE] [--commit=NAME]\n");
-      std::exit(2);
+std::vector<entry_point> matching(const std::string& filter) {
+  std::vector<entry_point> found;
+  const std::regex wanted = [&] {
+    try {
+      return std::regex(filter);
+    } catch (const std::regex_error& e) {
+      throw std::runtime_error("--filter: " + filter + ": " + e.what());
     }
-  }
-  return c;
+  }();
+  for (const entry_point& e : entry_points())
+    if (std::regex_search(e.symbol(), wanted)) found.push_back(e);
+  if (found.empty()) throw std::runtime_error("no entry point matches " + filter);
+  return found;
 }
 
 void measure(benchmark::State& state, const entry_point& e, double slice_microseconds) {
@@ -64,29 +59,30 @@ void measure(benchmark::State& state, const entry_point& e, double slice_microse
   for (auto& [name, value] : s.summary(rounds)) state.counters[name] = value;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  command c = parse(argc, argv);
-  std::string command_line;
-  for (int i = 0; i < argc; i++) command_line += std::string(i ? " " : "") + (i ? argv[i] : "bench");
-
-  std::vector<std::string> flags = {argv[0], "--benchmark_repetitions=" + std::to_string(c.repetitions),
+void run(const command& c, const std::string& command_line) {
+  const std::vector<entry_point> entries = matching(c.filter);
+  table t(c.csv, command_line, c.commit);
+  std::vector<std::string> flags = {"bench", "--benchmark_repetitions=" + std::to_string(c.repetitions),
                                     "--benchmark_enable_random_interleaving=true"};
   std::vector<char*> pointers;
   for (std::string& f : flags) pointers.push_back(f.data());
   int count = static_cast<int>(pointers.size());
   benchmark::Initialize(&count, pointers.data());
-
-  const std::regex wanted(c.filter);
-  for (const entry_point& e : entry_points()) {
-    if (!std::regex_search(e.symbol(), wanted)) continue;
+  for (const entry_point& e : entries)
     benchmark::RegisterBenchmark(e.symbol().c_str(), [e, &c](benchmark::State& s) { measure(s, e, c.slice_microseconds); })
         ->UseManualTime()
         ->Iterations(c.rounds);
-  }
-  table t(c.csv, command_line, c.commit);
-  size_t run = benchmark::RunSpecifiedBenchmarks(&t);
-  if (run == 0) std::fprintf(stderr, "no entry point matches %s\n", c.filter.c_str());
-  return run == 0;
+  benchmark::RunSpecifiedBenchmarks(&t);
+  t.close();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::string command_line = "bench";
+  for (int i = 1; i < argc; i++) command_line += std::string(" ") + argv[i];
+  command c;
+  return run_tool(
+      argc, argv, "Cycles per lane of every entry point, beside the scalar C library and the independent vector library.",
+      [&](CLI::App& app) { add_options(app, c); }, [&] { return run(c, command_line), 0; });
 }

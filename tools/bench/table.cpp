@@ -1,7 +1,6 @@
 #include "tools/bench/table.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 
 #include "frame/catalogue.h"
@@ -37,8 +36,8 @@ std::string processor() {
 
 }  // namespace
 
-table::table(std::string csv, std::string command, std::string commit)
-    : csv_(std::move(csv)), command_(std::move(command)), commit_(std::move(commit)) {}
+table::table(const std::string& csv, std::string command, std::string commit)
+    : csv_(csv), command_(std::move(command)), commit_(std::move(commit)) {}
 
 void table::ReportRuns(const std::vector<Run>& runs) {
   for (const Run& run : runs)
@@ -47,8 +46,7 @@ void table::ReportRuns(const std::vector<Run>& runs) {
 }
 
 void table::Finalize() {
-  FILE* file = csv_.empty() ? nullptr : std::fopen(csv_.c_str(), "w");
-  if (!csv_.empty() && !file) std::perror(csv_.c_str()), std::exit(2);
+  std::FILE* file = csv_.get();
   std::printf("%-34s", "medians (+- spread)");
   for (const column& c : columns)
     if (c.heading) std::printf(c.with_spread ? " %16s" : " %9s", c.heading);
@@ -80,7 +78,6 @@ void table::Finalize() {
     std::printf("\n");
     if (file) std::fprintf(file, "\n");
   }
-  if (file) std::fclose(file);
 }
 
 }  // namespace vorx::bench

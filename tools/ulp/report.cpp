@@ -63,6 +63,7 @@ std::string value_text(kind k, element e, uint64_t bits) {
 
 std::optional<uint64_t> lane_of(const std::string& text, kind k, element e) {
   const bool is_bits = text.compare(0, 2, "0x") == 0 && text.find_first_of("p.") == std::string::npos;
+  if (is_bits && text.size() > 2 + 2 * static_cast<size_t>(lane_bytes(k, e))) return {};
   char* end;
   uint64_t lane;
   if (k != kind::real || is_bits)
