@@ -1,4 +1,5 @@
-// The vector types in C++17: vorx::float8, vorx::vec<float, 8> for generic code, and lanes from and to memory.
+// The vector types in C++17: vorx::float8 is vorx::vec<float, 8>, which functions for any width or lane type deduce. Operators
+// are in vorx/operators.hpp, lanes from and to memory in load and store below.
 #pragma once
 
 #if __cplusplus < 201703L
@@ -7,66 +8,87 @@
 
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 #include "vorx/types.h"
 
 namespace vorx {
 
+#define VORX_ALIASES(NAME)          \
+  using NAME##2 = ::vorx_##NAME##2; \
+  using NAME##3 = ::vorx_##NAME##3; \
+  using NAME##4 = ::vorx_##NAME##4; \
+  using NAME##8 = ::vorx_##NAME##8; \
+  using NAME##16 = ::vorx_##NAME##16;
+VORX_ALIASES(float)
+VORX_ALIASES(double)
+VORX_ALIASES(int)
+VORX_ALIASES(uint)
+VORX_ALIASES(long)
+VORX_ALIASES(ulong)
+#undef VORX_ALIASES
+
 namespace detail {
 
 template <class Lane, int Lanes>
-struct vector_of;
+struct vector_of {
+  using type = vec<Lane, Lanes>;
+};
 template <class Lane>
 struct vector_of<Lane, 1> {
   using type = Lane;
 };
 
-template <class Vector>
+template <class Lane>
 struct traits {
-  using lane = Vector;
+  static_assert(is_lane<Lane>::value, "neither a vector nor the type of a lane");
+  using lane = Lane;
   static constexpr int lanes = 1;
 };
 template <class Lane, int Lanes>
-struct traits_of_vector {
+struct traits<vec<Lane, Lanes>> {
   using lane = Lane;
   static constexpr int lanes = Lanes;
 };
 
-}  // namespace detail
+template <class Vector, std::size_t... J>
+VORX_FUNCTION Vector fill_registers(__m128 all, std::index_sequence<J...>) {
+  Vector x;
+  ((x.xmm[J] = all), ...);
+  return x;
+}
 
-#define VORX_ALIAS(NAME, LANE, LANES)                            \
-  using NAME##LANES = ::vorx_##NAME##LANES;                      \
-  namespace detail {                                             \
-  template <>                                                    \
-  struct vector_of<LANE, LANES> {                                \
-    using type = NAME##LANES;                                    \
-  };                                                             \
-  template <>                                                    \
-  struct traits<NAME##LANES> : traits_of_vector<LANE, LANES> {}; \
-  }
-#define VORX_ALIASES(NAME, LANE) \
-  VORX_ALIAS(NAME, LANE, 2)      \
-  VORX_ALIAS(NAME, LANE, 3)      \
-  VORX_ALIAS(NAME, LANE, 4)      \
-  VORX_ALIAS(NAME, LANE, 8)      \
-  VORX_ALIAS(NAME, LANE, 16)
-VORX_ALIASES(float, float)
-VORX_ALIASES(double, double)
-VORX_ALIASES(int, int32_t)
-VORX_ALIASES(uint, uint32_t)
-VORX_ALIASES(long, int64_t)
-VORX_ALIASES(ulong, uint64_t)
-#undef VORX_ALIASES
-#undef VORX_ALIAS
+}  // namespace detail
 
 // The vector of so many lanes; the lane type itself for one.
 template <class Lane, int Lanes>
-using vec = typename detail::vector_of<Lane, Lanes>::type;
+using vector_of = typename detail::vector_of<Lane, Lanes>::type;
 
+// What a vector is made of; the type of a lane is a vector of one.
 template <class Vector>
 using lane_of = typename detail::traits<Vector>::lane;
 template <class Vector>
 inline constexpr int lanes_of = detail::traits<Vector>::lanes;
+
+// One value in every lane.
+template <class Vector>
+VORX_FUNCTION Vector splat(lane_of<Vector> value) {
+  using lane = lane_of<Vector>;
+  if constexpr (lanes_of<Vector> == 1) {
+    return value;
+  } else {
+    __m128 all;
+    if constexpr (std::is_same_v<lane, float>)
+      all = _mm_set1_ps(value);
+    else if constexpr (std::is_same_v<lane, double>)
+      all = _mm_castpd_ps(_mm_set1_pd(value));
+    else if constexpr (sizeof(lane) == 4)
+      all = _mm_castsi128_ps(_mm_set1_epi32(static_cast<int32_t>(value)));
+    else
+      all = _mm_castsi128_ps(_mm_set1_epi64x(static_cast<int64_t>(value)));
+    return detail::fill_registers<Vector>(all, std::make_index_sequence<sizeof(Vector) / 16>{});
+  }
+}
 
 // Lanes from memory of any alignment, and back; three lanes are three in memory.
 template <class Vector>
@@ -78,18 +100,6 @@ VORX_FUNCTION Vector load(const lane_of<Vector>* from) {
 template <class Vector>
 VORX_FUNCTION void store(lane_of<Vector>* to, const Vector& x) {
   std::memcpy(to, &x, sizeof(lane_of<Vector>) * lanes_of<Vector>);
-}
-
-// One value in every lane.
-template <class Vector>
-VORX_FUNCTION Vector splat(lane_of<Vector> value) {
-  if constexpr (lanes_of<Vector> == 1) {
-    return value;
-  } else {
-    Vector x{};
-    for (int i = 0; i < lanes_of<Vector>; i++) x.lane[i] = value;
-    return x;
-  }
 }
 
 }  // namespace vorx

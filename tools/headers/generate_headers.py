@@ -5,6 +5,7 @@ vorx/vorx.h (C) and vorx/vorx.hpp (C++). Only entry points that exist are declar
 Usage: generate_headers.py catalogue.json functions.json DIRECTORY
 """
 
+import itertools
 import json
 import pathlib
 import re
@@ -147,7 +148,38 @@ class Function:
             result = f"{self.name}_result<{caller.type(caller.results[0])}, {caller.type(caller.results[1])}>"
             a, b = self.results
             lines.append(f"VORX_FUNCTION {result} {self.name}({parameters}) {{ {result} r; r.{a} = {call}, &r.{b}); return r; }}")
+        if not is_integer(first.arguments[0]) and not self.name.startswith("cvt"):
+            lines += [*self.beside_scalars(first), *self.of_integers(first)]
         return "\n".join(lines) + "\n"
+
+    def beside_scalars(self, caller):
+        """Functions that take scalars in place of some vectors: fmax(x, 1.0f), ldexp(x, 2)."""
+        def vector(kind):
+            return f"vec<{LANE[kind] if is_integer(kind) else 'T'}, N>"
+
+        lines = []
+        result = "auto" if len(caller.results) > 1 else vector(caller.results[0])
+        for are_scalars in itertools.product((False, True), repeat=len(caller.arguments)):
+            if not any(are_scalars) or all(scalar or is_integer(k) for k, scalar in zip(caller.arguments, are_scalars)):
+                continue  # no scalar at all, or no vector that says how many lanes of which type
+            parameters, arguments = [], []
+            for kind, name, scalar in zip(caller.arguments, self.arguments, are_scalars):
+                of = vector(kind)
+                parameters.append(f"{(LANE[kind] if is_integer(kind) else 'detail::scalar<T>') if scalar else of} {name}")
+                arguments.append(f"splat<{of}>({name})" if scalar else name)
+            lines += ["template <class T, int N>", f"VORX_FUNCTION {result} {self.name}({', '.join(parameters)}) {{ "
+                      f"return {self.name}({', '.join(arguments)}); }}"]
+        return lines
+
+    def of_integers(self, caller):
+        """Functions that take arithmetic types other than one floating type, as those of the C++ library: fmax(1, x) in double."""
+        real = [n for k, n in zip(caller.arguments, self.arguments) if not is_integer(k)]
+        types = dict(zip(real, "TUV"))
+        parameters = [f"{types.get(n, LANE[k])} {n}" for k, n in zip(caller.arguments, self.arguments)]
+        arguments = [f"static_cast<double>({n})" if n in types else n for n in self.arguments]
+        result = "auto" if len(caller.results) > 1 else "int32_t" if is_integer(caller.results[0]) else "double"
+        return [f"template <class {', class '.join(types.values())}, detail::if_promoted<{', '.join(types.values())}> = 0>",
+                f"VORX_FUNCTION {result} {self.name}({', '.join(parameters)}) {{ return {self.name}({', '.join(arguments)}); }}"]
 
     def by_result_type(self, entries):
         """Conversions from integers to the floating type that the caller names: cvti32tofprtz<float>(n)."""
@@ -157,7 +189,7 @@ class Function:
             x = self.arguments[0]
             calls = {t: e["name"].replace("__ocl_vorx_p8_", "::vorx_") for t, e in to.items()}
             lines += ["template <class Real>",
-                      f"VORX_FUNCTION vec<Real, {lanes}> {self.name}({TypedCaller(to['f32']).type(TypedCaller(to['f32']).arguments[0])} {x}) {{",
+                      f"VORX_FUNCTION vector_of<Real, {lanes}> {self.name}({TypedCaller(to['f32']).type(TypedCaller(to['f32']).arguments[0])} {x}) {{",
                       f"  if constexpr (std::is_same_v<Real, float>) return {calls['f32']}({x});",
                       f"  else return {calls['f64']}({x});", "}"]
         return lines
@@ -188,11 +220,12 @@ C_TAIL = '''
 '''
 CPP_HEAD = '''\
 // The entry points of __ocl_vorx_p8 for C++17: vorx::exp(x) on float, double and their vectors of 2, 3, 4, 8 and 16 lanes calls the
-// entry point of that type and width, vorx::native::exp(x) its native variant. Functions with two results return a struct.
+// entry point of that type and width, vorx::native::exp(x) its native variant. Functions with two results return a struct. Scalars
+// may stand beside vectors, integers for double: fmax(x, 1.0f), exp(1). The functions of a vector are found without vorx::, too.
 // Generated from the catalogue; vorx/vorx.h says where the lanes are.
 #pragma once
 
-#include "vorx/vector.hpp"
+#include "vorx/operators.hpp"
 #include "vorx/vorx.h"
 
 namespace vorx {

@@ -39,17 +39,20 @@ class TypedCaller:
         parameters = ", ".join(["vorx_entry entry", *self.parameters()])
         declarations, out = self.room_for_result()
         operands = ["entry", *self.scalars()]
-        if in_registers := self.registers_in("xmm"):
-            declarations.append(f"__m128 in[{len(in_registers)}] = {{{', '.join(in_registers)}}};")
+        in_registers, on_stack = self.registers_in("xmm"), self.stack_slots(out)
+        assignments = []
+        for array, values in (("in", in_registers), ("stack", on_stack)):  # not initialised: C89 wants constants
+            declarations += [f"__m128 {array}[{len(values)}];"] if values else []
+            assignments += [f"{array}[{i}] = {value};" for i, value in enumerate(values)]
+        if in_registers:
             operands.insert(1, "in")
-        if on_stack := self.stack_slots(out):
-            declarations.append(f"__m128 stack[{len(on_stack)}] = {{{', '.join(on_stack)}}};")
+        if on_stack:
             operands.append("stack")
         if self.has_pointer and not self.pattern.in_array:
             operands.append("second")
         if not self.pattern.hidden:
             operands.append(out)
-        statements = [*declarations, f"{self.pattern.name}({', '.join(operands)});", *self.return_result(out)]
+        statements = [*declarations, *assignments, f"{self.pattern.name}({', '.join(operands)});", *self.return_result(out)]
         return "\n".join([f"VORX_FUNCTION {self.result_type()} {self.name}({parameters}) {{",
                           *(f"  {line}" for line in statements), "}"])
 
@@ -82,7 +85,7 @@ class TypedCaller:
             return [f"{'uint32_t' if self.pattern.result == 'eax' else 'uint64_t'} out;"], "&out"
         if self.is_pair or self.lanes == 1:
             registers = sum(r["registers"] for r in self.entry["results"] if r["place"] != "pointer")
-            return [f"__m128 out[{registers}];"], "out"
+            return [f"__m128 out[{registers}];", *[f"{self.result_type()} r;"] * self.is_pair], "out"
         return [f"{self.result_type()} r;"], "r.xmm"
 
     def return_result(self, out):
@@ -94,7 +97,7 @@ class TypedCaller:
         if not self.is_pair:
             return [f"return vorx_to_{LANE[kind]}(out[0]);"]
         count = self.entry["results"][0]["registers"]
-        lines = [f"{self.result_type()} r;"]
+        lines = []
         for half, first in (("sine", 0), ("cosine", count)):
             lines += ([f"r.{half} = vorx_to_{LANE[kind]}(out[{first}]);"] if self.lanes == 1 else
                       [f"r.{half}.xmm[{i}] = out[{first + i}];" for i in range(count)])
