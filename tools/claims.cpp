@@ -38,6 +38,7 @@ claims read() {
     for (auto seam : K::seams) c.seams.push_back(seam);
   if constexpr (requires { K::domain; })
     for (auto end : K::domain) c.domain.push_back(end);
+  if constexpr (requires { K::by_definition; }) c.by_definition = K::by_definition;
   if constexpr (requires { K::whole_vector; }) c.whole_vector = K::whole_vector;
   if constexpr (has_lane_test<K>) {
     c.has_lane_test = true;

@@ -11,7 +11,8 @@ namespace vorx {
 struct claims {
   double max_ulp = 0;               // largest error in ULP; 0 where the kernel states none: the result is exact
   std::vector<double> seams;        // arguments where the algorithm changes (a float kernel's are exact here)
-  std::vector<double> domain;       // lowest and highest x for which max_ulp holds; empty: all
+  std::vector<double> domain;       // lowest and highest x, then y, for which max_ulp holds; empty: all
+  bool by_definition = false;       // max_ulp is what the processor's estimates may be off by; this processor's may be less
   bool whole_vector = false;        // a decision concerns all lanes: a lane's last bits may depend on its neighbours
   bool has_lane_test = false;       // some lanes go to a rare-case routine
   bool every_lane_special = false;  // all lanes that exist do, and no other

@@ -96,7 +96,8 @@ bool judge::claimed(const arguments& in) const {
     if (form.arguments[a] != kind::real) continue;
     if (!format_.is_normal(in[a]) && !format_.is_zero(in[a])) return false;
     double x = as_double(entry_.type, in[a]);
-    if (a == 0 && claims_.domain.size() == 2 && !(x >= claims_.domain[0] && x <= claims_.domain[1])) return false;
+    const size_t low = 2 * static_cast<size_t>(a);
+    if (low < claims_.domain.size() && !(x >= claims_.domain[low] && x <= claims_.domain[low + 1])) return false;
   }
   return true;
 }

@@ -53,7 +53,8 @@ constexpr char description[] =
 
 The library is the built one, or that in the environment variable VORX_LIBRARY. The exit status is 1 if a limit of the standard, a
 claim of a kernel or the kind of a result (NaN, infinity, sign of zero) is violated, and on an exhaustive run also if a claim is
-padded, that is if the largest error is below 80% of it; it is 2 if the tool cannot do what it is asked to, 130 after an interrupt.)";
+padded, that is if the largest error is below 80% of it (and it is no bound by definition of the processor's estimates); it is 2 if
+the tool cannot do what it is asked to, 130 after an interrupt.)";
 
 void add_options(CLI::App& app, request& r) {
   r.how.threads = static_cast<int>(std::thread::hardware_concurrency());
