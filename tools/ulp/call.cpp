@@ -1,5 +1,7 @@
 #include "tools/ulp/call.h"
 
+#include <xmmintrin.h>
+
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -64,6 +66,13 @@ caller::caller(const entry_point& e) {
   for (int r = 0; r < form.result_count(); r++) result_[r] = {parts.address(l.results[r]), lane_bytes(form.results[r], e.type)};
 }
 
-void caller::operator()() { enter(&frame_); }
+uint32_t caller::mxcsr = 0x1f80;
+
+void caller::operator()() {
+  if (mxcsr == 0x1f80) return enter(&frame_);
+  _mm_setcsr(mxcsr);
+  enter(&frame_);
+  _mm_setcsr(0x1f80);
+}
 
 }  // namespace vorx::ulp

@@ -45,6 +45,9 @@ class caller {
   }
   void operator()();
 
+  // The SSE control register during calls: round to nearest with exceptions masked, unless set otherwise.
+  static uint32_t mxcsr;
+
  private:
   struct lanes {
     unsigned char* start = nullptr;

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <map>
 #include <sstream>
 #include <thread>
 
@@ -21,7 +22,7 @@ namespace {
 struct request {
   options how;
   std::vector<std::string> names, interval;
-  std::string type, variant, family, file, csv, witnesses, profile;
+  std::string environment = "nearest", type, variant, family, file, csv, witnesses, profile;
   bool all = false, brief = false;
 };
 
@@ -83,6 +84,9 @@ void add_options(CLI::App& app, request& r) {
   app.add_option("--file", r.file,
                  "Further inputs: on each line the arguments as bits (0x...) or numbers (hexadecimal or decimal)")
       ->check(CLI::ExistingFile);
+  app.add_option("--environment", r.environment,
+                 "Call with another rounding, or with subnormal results flushed and subnormal arguments read as zero")
+      ->check(CLI::IsMember({"nearest", "down", "up", "zero", "flush"}));
   app.add_option("--threads", r.how.threads, "Default: all processors")->check(CLI::Range(1, 256));
   app.add_option("--csv", r.csv, "Writes a row for each kernel");
   app.add_option("--witnesses", r.witnesses, "Writes the worst input of each kernel");
@@ -164,6 +168,9 @@ int main(int argc, char** argv) {
         if (r.names.empty() && !r.all && r.family.empty()) throw std::runtime_error("no function");
         if (r.how.count == 0 && !r.how.exhaustive && r.interval.empty() && r.file.empty())
           throw std::runtime_error("no inputs: --count 0 goes with --exhaustive or --file");
+        const std::map<std::string, uint32_t> control = {
+            {"nearest", 0x1f80}, {"down", 0x3f80}, {"up", 0x5f80}, {"zero", 0x7f80}, {"flush", 0x9fc0}};
+        caller::mxcsr = control.at(r.environment);
         const std::vector<entry_point> kernels = kernels_of(r);
         std::signal(SIGINT, [](int) { interrupted = true; });
         return measure(r, kernels);
