@@ -7,6 +7,8 @@ address space). Most have the catalogue's name; the tables below hold those that
 import re
 from dataclasses import dataclass, field
 
+from inline_definitions import INLINE
+
 # Catalogue name -> OpenCL name, where they differ. None: OpenCL C has no accurate built-in of that meaning.
 RENAMED = {"lgammar": "lgamma_r", "inv": None, "div": None, "rcbrt": None, "nearbyint": None, "sincosreg": None}
 
@@ -42,6 +44,10 @@ class Builtin:
 
     def __post_init__(self):
         self.mangled = mangle(self.name, self.parameters, self.space, self.pointee)
+
+    def is_inline(self, calls_only=False):
+        """Whether a few instructions define it."""
+        return not calls_only and (self.entry["function"], self.entry["type"], self.entry["variant"]) in INLINE
 
     def declaration(self):
         """The built-in as OpenCL C declares it."""
@@ -116,3 +122,20 @@ def builtins(catalogue, prefix=""):
             yield Builtin(prefix + name, entry, parameters, (results[0], lanes))
             if name in SCALAR_SECOND and lanes > 1:
                 yield Builtin(prefix + name, entry, [parameters[0], (arguments[1], 1)], (results[0], lanes))
+
+
+# The maths built-ins of OpenCL C 3.0, without prefix, and the conversions between what the library converts.
+MATHS = """acos acosh acospi asin asinh asinpi atan atan2 atanh atanpi atan2pi cbrt ceil copysign cos cosh cospi erfc erf exp exp2
+exp10 expm1 fabs fdim floor fma fmax fmin fmod fract frexp hypot ilogb ldexp lgamma lgamma_r log log2 log10 log1p logb mad maxmag
+minmag modf nan nextafter pow pown powr remainder remquo rint rootn round rsqrt sin sincos sinh sinpi sqrt tan tanh tanpi tgamma
+trunc""".split()
+FLOAT_ONLY = [form + name for form in ("half_", "native_") for name in SHORT_FORMS.values()]
+
+
+def missing_builtins(chosen, prefix):
+    """(name, types) of each maths built-in that is not among the chosen ones."""
+    defined = {(b.name[len(prefix):], b.entry["type"]) for b in chosen}
+    for name in MATHS + FLOAT_ONLY:
+        types = [t for t in ("f32", "f64") if (name, t) not in defined and not (t == "f64" and name in FLOAT_ONLY)]
+        if types:
+            yield name, [TYPES[t][0] for t in types]

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """From the list of built-ins (vorx-bindings --list) to OpenCL C kernels that call each of them once, and the table of the kernels.
 
-Usage: opencl_callers.py LIST TABLE before2.cl from2.cl table.c
-Every kernel has the parameters of a caller. OpenCL C before 2.0 has private, local and global second results, later versions
+Usage: opencl_callers.py LIST call|inline TABLE before2.cl from2.cl table.c
+Those that are defined by a call, or inline. Every kernel has the parameters of a caller. OpenCL C before 2.0 has private, local and global second results, later versions
 generic ones; hence two files of kernels.
 """
 
@@ -32,11 +32,13 @@ def kernel(kernel_name, declaration):
 
 
 def main():
-    list_file, table_name, before2, from2, table = sys.argv[1:]
+    list_file, form, table_name, before2, from2, table = sys.argv[1:]
     kernels = {before2: "", from2: ""}
     declarations, rows = "", ""
     for line in open(list_file):
-        mangled, entry, declaration = line.rstrip("\n").split("\t")
+        mangled, entry, declaration, how = line.rstrip("\n").split("\t")
+        if how != form:
+            continue
         kernel_name = f"{table_name}{mangled}"
         kernels[from2 if "CLgeneric" in mangled else before2] += kernel(kernel_name, declaration)
         # A scalar second argument stands for all lanes: fmax(float4, float).
