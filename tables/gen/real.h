@@ -1,6 +1,6 @@
-// A real number of 2600 bits (MPFR) with the operators that the table generators need, and the ways a table rounds it. The
-// revolution table needs so many: 2^1164 / (2 pi) is the largest number whose integer part it takes, and more than 1400 bits
-// follow. For the other tables 300 would do.
+// A real number (MPFR) with the operators that the table generators need, and the ways a table rounds it. The revolution table
+// needs 2600 bits: 2^1164 / (2 pi) is the largest number whose integer part it takes, and more than 1400 bits follow. For the
+// other tables 300 would do; slow generators say so.
 #pragma once
 
 #include <mpfr.h>
@@ -13,8 +13,10 @@
 
 class real {
  public:
+  static inline mpfr_prec_t precision = 2600;  // of all numbers made from now on
+
   real(double x = 0) {
-    mpfr_init2(v_, 2600);
+    mpfr_init2(v_, precision);
     mpfr_set_d(v_, x, MPFR_RNDN);
   }
   real(const real& x) : real() { mpfr_set(v_, x.v_, MPFR_RNDN); }
@@ -39,6 +41,9 @@ class real {
   friend real tan(const real& a) { return apply(mpfr_tan, a); }
   friend real tanh(const real& a) { return apply(mpfr_tanh, a); }
   friend real erf(const real& a) { return apply(mpfr_erf, a); }
+  friend real erfc(const real& a) { return apply(mpfr_erfc, a); }
+  friend real gamma(const real& a) { return apply(mpfr_gamma, a); }
+  friend real log_gamma(const real& a) { return apply(mpfr_lngamma, a); }
   friend real sqrt(const real& a) { return apply(mpfr_sqrt, a); }
   friend real floor(const real& a) { return apply(mpfr_rint_floor, a); }
   static real pi() { return apply(mpfr_const_pi); }
