@@ -39,7 +39,8 @@ struct log1p_f32_with : kernel<f32, log1p_f32_constants> {
   static constexpr float seams[] = {-1.0f, -0x1p-12f, 0.0f, 0x1p-12f, 1.0f, 0x1p118f};
 
   static f32x4 path(f32x4 x, const constants& k) {
-    // 1 + x = t_hi + t_lo, exactly; t_hi has 16 bits but for the smallest x.
+    // 1 + x = t_hi + t_lo; t_hi has 16 bits but for the smallest x. Exact below 2^40; beyond,
+    // t_lo loses the 1, which no longer counts.
     f32x4 a = max(k.one, x), b = min(k.one, x);
     i32x4 keep = ((as_int(x) & k.magnitude) < k.tiny) | k.upper_part;
     f32x4 t_hi = (a + b) & as_float(keep);
@@ -105,7 +106,8 @@ struct log1p_f64_with : kernel<f64, log1p_f64_constants> {
   static constexpr double seams[] = {-1.0, -0x1p-31, 0.0, 0x1p-31, 1.0, 8.77779851006591e+304};
 
   static f64x2 path(f64x2 x, const constants& k) {
-    // 1 + x = t_hi + t_lo, exactly; t_hi has 43 bits but for the smallest x.
+    // 1 + x = t_hi + t_lo; t_hi has 43 bits but for the smallest x. Exact below 2^96; beyond,
+    // t_lo loses the 1, which no longer counts.
     f64x2 a = max(k.one, x), b = min(k.one, x);
     f64x2 keep = as_float((x & k.magnitude) < k.tiny) | k.upper_part;
     f64x2 t_hi = (x + k.one) & keep;
