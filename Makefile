@@ -31,6 +31,7 @@ ulp: build/build.ninja
 # docs/*.md and plots, from what the tools measure; the numbers are kept in docs/data.
 # LONG=1 also runs kernels over all 2^32 or 200 million inputs where docs/data/long_runs.csv has no valid result: minutes for each.
 docs: docs/speed.md docs/accuracy.md
+	python3 tools/functions_page.py build/catalogue.json tools/headers/functions.json docs
 	python3 tools/readme_tables.py README.md docs/data
 
 .PHONY: docs/accuracy.md

@@ -27,6 +27,10 @@ NEAR_ONE = {"log": ["0x1.fcp-1", "0x1.02p0"], "log2": ["0x1.fcp-1", "0x1.02p0"],
             "log1p": ["-0x1p-7", "0x1p-7"]}
 NAMES_OF_BOUNDS = {"0x1.fcp-1": "1 - 2^-7", "0x1.02p0": "1 + 2^-7", "-0x1p-7": "-2^-7", "0x1p-7": "2^-7"}
 
+# Functions whose errors under other settings of MXCSR the page shows: ulp's names of these, and the page's.
+ENVIRONMENTS = {"down": "down", "up": "up", "zero": "towards zero", "flush": "flushed, read as zero"}
+IN_ENVIRONMENTS = ["exp", "log2", "sin", "tan", "fma", "remainder"]
+
 OTHER_ESTIMATES = """
 Double `log`, `log10` and `log1p`, their natives and float `log1p` start from the processor's estimate of a reciprocal, so their last
 bits differ between processors. The claims hold with estimates that are exact, exact to 12 bits, or from the least exact table that the
@@ -178,7 +182,20 @@ def near_one_table(rows):
     return text
 
 
-def page(rows, near_one, families, facts, plots):
+def environment_table(by_environment):
+    text = "| function | type | " + " | ".join(ENVIRONMENTS.values()) + " |\n|---|---|" + "---:|" * len(ENVIRONMENTS) + "\n"
+    for k in next(iter(by_environment.values())):
+        cells = []
+        for rows in by_environment.values():
+            error = float(rows[k]["largest_ulp"])
+            size = ulp(error) if error < 1e5 else f"{error:.0e}"
+            cells.append(size + (", wrong kinds" if int(rows[k]["faults"]) else ""))
+        name = f"`{k[0]}`" + (" native" if k[2] == "native" else "")
+        text += f"| {name} | {'float' if k[1] == 'f32' else 'double'} | " + " | ".join(cells) + " |\n"
+    return text
+
+
+def page(rows, near_one, by_environment, families, facts, plots):
     bad = [r for r in rows if r["verdict"] != "pass"]
     text = f"""# Accuracy
 
@@ -216,6 +233,13 @@ Reproduce any line: `make ulp ARGS="exp --type f32 --exhaustive"`, or `build/ulp
             text += "\nLargest error over the argument: " + ", ".join(f"[{n}](plots/accuracy_{n}.svg)" for n in names) + ".\n"
         if family == "explog":
             text += "\nLogarithms where they are small:\n\n" + near_one_table(near_one) + OTHER_ESTIMATES
+    text += (
+        "\n## Other floating-point environments\n\n"
+        "Results are for rounding to nearest and with subnormal numbers. This is what becomes of a few functions when the caller has set "
+        "another rounding mode, or lets subnormal results be flushed and subnormal arguments be read as zero: the largest error in ULP of "
+        "100000 inputs (`ulp --environment`); wrong kinds are a NaN, an infinity, a sign of zero or an exact result in the wrong place.\n\n"
+    )
+    text += environment_table(by_environment)
     influenced = [r for r in rows if r["whole_vector"] == "yes" or int(r["neighbour_matters"]) > 0]
     text += "\n## Lanes and their neighbours\n\n"
     if influenced:
@@ -255,11 +279,14 @@ def scaled(points):
     kept = [(left + c * (right - left) / 300, e) for c, e in sorted(columns.items())]
     low, high = math.ceil(math.log2(smallest)) + 2, math.floor(math.log2(largest))
     step = max(1, (high - low) // 4)
-    tics = ['"0" 0']
-    for k in range(low, high + 1, step):
-        for sign in ("", "-"):
-            if any((x < 0) == (sign == "-") and abs(x) >= 2.0**k / 4 for x, _ in finite):
-                tics.append(f'"{sign}2^{{{k}}}" {position(float(sign + "1") * 2.0**k)}')
+    wanted = [("0", 0.0)]
+    for k in range(high, low - 1, -step):
+        wanted += [(f"{sign}2^{{{k}}}", position(float(sign + "1") * 2.0**k)) for sign in ("", "-")]
+    taken = []  # positions of labels, as far apart as one is wide
+    for _, p in wanted:
+        if left <= p <= right and all(abs(p - q) > 0.1 * (right - left) for q in taken):
+            taken.append(p)
+    tics = [f'"{label}" {p}' for label, p in wanted if p in taken]
     return kept, tics
 
 
@@ -306,13 +333,14 @@ def main():
     write(os.path.join(data, "accuracy.csv"), list(sampled.values()), {**facts, "and": "the inputs of tests/witnesses.csv"})
     near_one = [row for name, bounds in NEAR_ONE.items() for row in run(tool, name, "--interval", *bounds, "--count", str(COUNT)).values()]
     write(os.path.join(data, "near_one.csv"), near_one, {**facts, "command": "build/ulp log1p --interval -0x1p-7 0x1p-7, and so on"})
+    by_environment = {e: run(tool, *IN_ENVIRONMENTS, "--environment", e, "--count", "100000") for e in ENVIRONMENTS}
     longer = long_runs(tool, os.path.join(data, "long_runs.csv"), sampled, facts, "--long" in sys.argv)
     rows = [larger({**row, **longer.get(k, {})}, row) for k, row in sampled.items()]
     plots = make_plots(tool, rows, os.path.join(docs, "plots"), facts)
     with open(os.path.join(os.path.dirname(tool), "catalogue.json")) as file:
         families = {entry["function"]: entry["family"] for entry in json.load(file)}
     with open(os.path.join(docs, "accuracy.md"), "w") as file:
-        file.write(page(rows, near_one, families, facts, plots))
+        file.write(page(rows, near_one, by_environment, families, facts, plots))
 
 
 if __name__ == "__main__":

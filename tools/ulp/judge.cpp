@@ -82,7 +82,7 @@ double judge::operator()(const arguments& in, const results& out, const double* 
     found.outside++;
     return -1;
   }
-  if (!found.profile.empty()) {
+  if (!found.profile.empty() && worst > 0) {  // NaN, infinite, zero and exact results have no error to show
     float& p = found.profile[static_cast<size_t>(profile_class(entry_.type, in[0]))];
     p = std::max(p, static_cast<float>(worst));
   }
