@@ -5,8 +5,10 @@
 
 #include "tests/every_width.h"
 #include "tests/kernel_calls.h"
+#include "tests/mpfr_error.h"
 #include "trig/cospi.h"
 #include "trig/sinpi.h"
+#include "trig/tanpi.h"
 
 using namespace vorx;
 
@@ -53,6 +55,39 @@ TYPED_TEST(HalfRevolutions, IntegersAndHalvesOfAllSizes) {
   run_every_width("cospi", element_of<T>, cosines);
 }
 
+// Zeros, poles and +-1, with the signs that the neighbours and parity give them.
+TYPED_TEST(HalfRevolutions, TangentOfQuartersOfAllSizes) {
+  using T = TypeParam;
+  constexpr T infinity = std::numeric_limits<T>::infinity();
+  std::vector<lane_case> cases;
+  for (T x : quarter_integers<T>()) {
+    const int k = eighth(x);
+    const T zero = k == 0 ? std::copysign(T(0), x) : std::copysign(T(0), -x);
+    const T tangent = k % 4 == 0 ? zero : k == 2 ? infinity : k == 6 ? -infinity : k % 4 == 1 ? T(1) : T(-1);
+    cases.push_back({{bits_of(x)}, {bits_of(tangent)}});
+  }
+  run_every_width("tanpi", element_of<T>, cases);
+}
+
+// Tiny arguments, done by the scalar routine, and those around: pi x in one rounding, subnormal results included.
+TYPED_TEST(HalfRevolutions, TangentOfTinyArguments) {
+  using T = TypeParam;
+  using K = std::conditional_t<sizeof(T) == 4, tanpi_f32, tanpi_f64>;
+  std::mt19937_64 random(2);
+  int tiny = 0;
+  for (int i = 0; i < 20000; i++) {
+    const int exponent = std::numeric_limits<T>::min_exponent - 24 + i % 64;
+    const T x = static_cast<T>(std::ldexp(static_cast<T>(random() >> 11), exponent - 52));
+    T y = path_of<K>(x);
+    if (x != 0 && flagged<K>(x)) {
+      EXPECT_EQ(K::rare(&x, &y), ordinary);
+      tiny++;
+    }
+    EXPECT_LE(exact_value(mpfr_tanpi, x).ulp_from(y), K::max_ulp) << x;
+  }
+  EXPECT_GT(tiny, 5000);
+}
+
 // Both paths of a kernel give the same bits for every lane that needs no step, so that a vector's other lanes decide nothing.
 template <class K>
 void expect_equal_paths() {
@@ -82,7 +117,7 @@ TEST(HalfRevolutionPaths, TheStepChangesNoOtherLane) {
   expect_equal_paths<cospi_f64_native>();
 }
 
-// Infinities and NaN: results and statuses; what is finite is left alone.
+// Infinities and NaN: results and statuses.
 template <class K>
 void expect_rare_case(uint64_t of_infinity, int status_of_infinity) {
   using T = scalar_of<K>;
@@ -94,8 +129,6 @@ void expect_rare_case(uint64_t of_infinity, int status_of_infinity) {
       return observe([&] { return K::rare(&x, &result); });
     };
     const uint32_t flags = status_of_infinity == domain_error ? invalid_flag : 0;
-    EXPECT_EQ(rare(F.infinity - 1), (outcome{ordinary, 0}));
-    EXPECT_EQ(bits_of(result), bits_of(T(42)));
     EXPECT_EQ(rare(F.infinity), (outcome{status_of_infinity, flags}));
     EXPECT_EQ(bits_of(result), of_infinity);
     EXPECT_EQ(rare(F.infinity + F.quiet + 7), (outcome{ordinary, 0}));
@@ -109,6 +142,8 @@ TEST(HalfRevolutionRareCases, OnlyTheTangentReportsInfinities) {
   expect_rare_case<cospi_f32>(0x7fffffff, ordinary);
   expect_rare_case<sinpi_f64>(0x7fffffffffffffff, ordinary);
   expect_rare_case<cospi_f64>(0x7fffffffffffffff, ordinary);
+  expect_rare_case<tanpi_f32>(0xffc00000, domain_error);
+  expect_rare_case<tanpi_f64>(0xfff8000000000000, domain_error);
 }
 
 }  // namespace

@@ -74,10 +74,7 @@ VORX_INLINE sum_and_rest angle_sum_terms(const sine_cosine_columns& row, f64x2 r
 // and what the two sums share is computed once: cos r - 1 and sin r - r + low, which leaves out low r Sh, below 2^-67 of the
 // result. The quotient is a first part q of 26 bits, whose product with the upper 26 bits of the cosine is exact, and the
 // remainder times the reciprocal. Sums add first what is ready first: one large lane costs its vector this function's latency.
-VORX_OUT_OF_LINE __m128d tan_large(__m128d bare_x) {
-  f64x2 x = {bare_x};
-  const auto& k = *hide(&constant_pool<large_tan_f64_constants>);
-  auto [row, r, low] = reduce(x, k);
+VORX_INLINE f64x2 tangent_of_sum(i64x2 row, f64x2 r, f64x2 low, const large_tan_f64_constants& k) {
   i32x4 index = as_i32(row & k.row_mask);
   const double *a = sine_cosine_f64[extract<0>(index)], *b = sine_cosine_f64[extract<2>(index)];
   constexpr int quarter = 4 * 128;  // doubles, from a row to that of a_k + pi/2
@@ -93,7 +90,14 @@ VORX_OUT_OF_LINE __m128d tan_large(__m128d bare_x) {
   f64x2 ch = cosine & k.split;
   f64x2 cl = (c - ch) + c_rest;
   f64x2 remainder = (s - q * ch) + s_rest - q * cl;
-  return select((x & k.magnitude) <= k.tiny, x, q + remainder * reciprocal).v;
+  return q + remainder * reciprocal;
+}
+
+VORX_OUT_OF_LINE __m128d tan_large(__m128d bare_x) {
+  f64x2 x = {bare_x};
+  const auto& k = *hide(&constant_pool<large_tan_f64_constants>);
+  auto [row, r, low] = reduce(x, k);
+  return select((x & k.magnitude) <= k.tiny, x, tangent_of_sum(row, r, low, k)).v;
 }
 
 }  // namespace vorx

@@ -5,10 +5,11 @@
 #pragma once
 
 #include "trig/large_tan.h"
+#include "trig/tan_quotient.h"
 
 namespace vorx {
 
-struct tan_f32_constants {
+struct tan_f32_constants : tan_f32_quotient {
   rep32 magnitude = bits32(0x7fffffff);
   rep32 sign = bits32(0x80000000);
   rep32 largest_finite = bits32(0x7f7fffff);
@@ -19,12 +20,6 @@ struct tan_f32_constants {
   rep32 half_pi_2 = c(0x39fd8000, 4.83512878e-04f);
   rep32 half_pi_3 = c(0x34a88000, 3.13855708e-07f);
   rep32 half_pi_4 = c(0x2e85a309, 6.07710063e-11f);
-  // tan r = r N(r^2) / D(r^2) on |r| <= pi/4: relative error 2^-25.0 (tables/fits/polynomials.sollya)
-  rep32 n1 = c(0xbdc433b8, -0.0958017707f);
-  rep32 n0 = c(0x3f800000, 1.0f);
-  rep32 d2 = c(0x3c1f3375, 0.00971685816f);
-  rep32 d1 = c(0xbedbb7af, -0.42913577f);
-  rep32 d0 = c(0x3f800000, 1.0f);
 };
 // n <= 5256 has 13 bits.
 static_assert(low_zero_bits(tan_f32_constants{}.half_pi_1) >= 13 && low_zero_bits(tan_f32_constants{}.half_pi_2) >= 13 &&
@@ -42,8 +37,7 @@ struct tan_f32 : with_rare_cases<with_large_path<kernel<f32, tan_f32_constants>>
     f32x4 n = t - k.shifter;
     f32x4 r = y - n * k.half_pi_1 - n * k.half_pi_2 - n * k.half_pi_3 - n * k.half_pi_4;
     f32x4 z = r * r;
-    f32x4 numerator = r * horner(z, k.n1, k.n0);
-    f32x4 denominator = horner(z, k.d2, k.d1, k.d0);
+    f32x4 numerator = k.numerator(r, z), denominator = k.denominator(z);
 
     i32x4 odd = as_int(t) << 31;  // decides by its sign bit, and is the sign of -1 / tan r
     f32x4 quotient = select(odd, denominator, numerator) / select(odd, numerator, denominator);
@@ -52,7 +46,7 @@ struct tan_f32 : with_rare_cases<with_large_path<kernel<f32, tan_f32_constants>>
   static f32x4 large_path(f32x4 x) { return {tan_large(x.v)}; }
 };
 
-struct tan_f32_native_constants {
+struct tan_f32_native_constants : tan_f32_quotient {
   rep32 magnitude = bits32(0x7fffffff);
   rep32 sign = bits32(0x80000000);
   rep32 limit = c(0x46010000, 8256.0f);
@@ -61,12 +55,6 @@ struct tan_f32_native_constants {
   rep32 half_pi_1 = c(0x3fc90000, 1.5703125f);
   rep32 half_pi_2 = c(0x39fda000, 4.83751297e-04f);
   rep32 half_pi_3 = c(0x33a22169, 7.54979013e-08f);
-  // tan r = r N(r^2) / D(r^2) on |r| <= pi/4: relative error 2^-25.0 (tables/fits/polynomials.sollya)
-  rep32 n1 = c(0xbdc433b8, -0.0958017707f);
-  rep32 n0 = c(0x3f800000, 1.0f);
-  rep32 d2 = c(0x3c1f3375, 0.00971685816f);
-  rep32 d1 = c(0xbedbb7af, -0.42913577f);
-  rep32 d0 = c(0x3f800000, 1.0f);
 };
 
 // Native: three parts of pi/2, and the processor's estimate of the reciprocal instead of the division. No special results.
@@ -79,8 +67,7 @@ struct tan_f32_native : with_large_path<kernel<f32, tan_f32_native_constants>> {
     f32x4 n = t - k.shifter;
     f32x4 r = y - n * k.half_pi_1 - n * k.half_pi_2 - n * k.half_pi_3;
     f32x4 z = r * r;
-    f32x4 numerator = r * horner(z, k.n1, k.n0);
-    f32x4 denominator = horner(z, k.d2, k.d1, k.d0);
+    f32x4 numerator = k.numerator(r, z), denominator = k.denominator(z);
 
     i32x4 odd = as_int(t) << 31;
     f32x4 quotient = select(odd, denominator, numerator) * estimate_reciprocal(select(odd, numerator, denominator));
@@ -89,7 +76,7 @@ struct tan_f32_native : with_large_path<kernel<f32, tan_f32_native_constants>> {
   static f32x4 large_path(f32x4 x) { return {tan_large(x.v)}; }
 };
 
-struct tan_f64_constants {
+struct tan_f64_constants : tan_f64_quotient {
   rep64 magnitude = bits64(0x7fffffffffffffff);
   rep64 sign = bits64(0x8000000000000000);
   rep32 largest_finite = bits32(0x7fefffff);  // high word
@@ -100,15 +87,6 @@ struct tan_f64_constants {
   rep64 half_pi_2 = c(0x3e74442d00000000, 7.5497894158615964e-08);
   rep64 half_pi_3 = c(0x3cf8469880000000, 5.3903025299577648e-15);
   rep64 half_pi_4 = c(0x3b78cc51701b839a, 3.2820035428735005e-22);
-  // tan r = r N(r^2) / D(r^2) on |r| <= pi/4: relative error 2^-54.0 (tables/fits/polynomials.sollya)
-  rep64 n3 = c(0xbedf637dea7c0b2c, -7.483634966612065e-06);
-  rep64 n2 = c(0x3f66fc6fe2982a7b, 0.0028059182411699891);
-  rep64 n1 = c(0xbfc06b97bf03648a, -0.12828347040957438);
-  rep64 n0 = c(0x3ff0000000000000, 1.0);
-  rep64 d3 = c(0xbf2b525b10d0a168, -0.00020844804422038708);
-  rep64 d2 = c(0x3f97e7b68d9a55f3, 0.023344852822068728);
-  rep64 d1 = c(0xbfdd8b2134d70767, -0.46161680374290487);
-  rep64 d0 = c(0x3ff0000000000000, 1.0);
 };
 // n <= 81488 has 17 bits.
 static_assert(low_zero_bits(tan_f64_constants{}.half_pi_1) >= 17 && low_zero_bits(tan_f64_constants{}.half_pi_2) >= 17 &&
@@ -122,8 +100,7 @@ struct tan_f64_path : kernel<f64, tan_f64_constants> {
     f64x2 r = y - n * k.half_pi_1 - n * k.half_pi_2 - n * k.half_pi_3;
     f64x2 z = r * r;  // before the last part of pi/2, on purpose: only the linear factor feels it
     r = r - n * k.half_pi_4;
-    f64x2 numerator = r * horner(z, k.n3, k.n2, k.n1, k.n0);
-    f64x2 denominator = horner(z, k.d3, k.d2, k.d1, k.d0);
+    f64x2 numerator = k.numerator(r, z), denominator = k.denominator(z);
 
     i64x2 odd = as_int(t) << 63;
     f64x2 quotient = select(odd, denominator, numerator) / select(odd, numerator, denominator);
