@@ -63,6 +63,7 @@ template <class K, class... Pointers>
 template <shape S, class K, int W, fill F>
 struct entry {
   using E = typename K::type;
+  using kernel_type = K;
   using constants = typename K::constants;
   static constexpr layout L = place(S, E::id, W);
   static constexpr int steps = registers(kind::real, E::id, W);
@@ -312,19 +313,41 @@ struct entry {
   // of the registers apart, so that none is spilled; it leaves its address of the constants in k, so that there is one in a
   // register and not two.
   static constexpr bool has_cold_part = has_large_path<K> || has_lane_test<K>;
+  VORX_INLINE static i32x4 leaving_lanes(const constants& k, auto... x) {
+    if constexpr (has_large_path<K>)
+      return K::large(x..., k);
+    else
+      return K::special(x..., k);
+  }
   VORX_INLINE static bool leaves_path(const in& r, word w, const constants*& k) {
     if constexpr (always_special<K>) return true;
     i32x4 flags = {_mm_setzero_si128()};
     each_step([&](auto i) __attribute__((always_inline)) {
-      flags = flags | with_arguments(r, w, i, [&k](auto... x) {
-                if constexpr (has_large_path<K>)
-                  return K::large(x..., *k);
-                else
-                  return K::special(x..., *k);
-              });
+      flags = flags | with_arguments(r, w, i, [&k](auto... x) { return leaving_lanes(*k, x...); });
       if constexpr (!std::is_empty_v<constants> && steps > 1) asm volatile("" : "+r"(k), "+x"(flags.v));
     });
     return (mask_of(flags) & ((1 << (W < E::lanes ? W : E::lanes)) - 1)) != 0;
+  }
+
+  // The same with the path, step by step, for kernels whose test needs what the path computes: in one step the compiler joins
+  // both by itself.
+  static constexpr bool tests_with_path = steps > 1 && has_test_on_path<K>;
+  // Such kernels spill. Without this the compiler leaves the frame as the caller's stack is, and every fourth slot crosses a line.
+  VORX_INLINE static void align_frame() {
+    alignas(16) char slot[16];
+    asm volatile("" : "=m"(slot));
+  }
+  VORX_INLINE static bool compute_and_test(const in& r, word w, const constants* k, out& o) {
+    sink s = start(w);
+    i32x4 flags = {_mm_setzero_si128()};
+    each_step([&](auto i) __attribute__((always_inline)) {
+      flags = flags | with_arguments(r, w, i, [k](auto... x) { return leaving_lanes(*k, x...); });
+      auto value = with_arguments(r, w, i, [k](auto... x) { return K::path(x..., *k); });
+      asm volatile("" : "+r"(k), "+x"(first_register(value)), "+x"(flags.v));
+      store_results(s, i, value);
+    });
+    o = s.o;
+    return mask_of(flags) != 0;
   }
 
   // Bit i for lane i of a step that is flagged.

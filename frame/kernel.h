@@ -101,6 +101,12 @@ concept has_large_path = requires {
   &K::large_path;
 };
 
+// A kernel whose lane test needs most of the path says so by a member `test_on_path`: its wide entry points run both together.
+template <class K>
+concept has_test_on_path = requires {
+  K::test_on_path;
+};
+
 // A kernel whose lane test flags every lane says so by a member `every_lane_special`: its entry points skip path and test.
 template <class K>
 concept always_special = requires {
