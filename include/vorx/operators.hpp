@@ -15,14 +15,6 @@ namespace vorx {
 
 namespace detail {
 
-// A scalar operand: the vector beside it says what it is converted to.
-template <class Lane>
-struct scalar_beside {
-  using type = Lane;
-};
-template <class Lane>
-using scalar = typename scalar_beside<Lane>::type;
-
 template <class Lane, class Type>
 using for_all = std::enable_if_t<is_lane<Lane>::value, Type>;
 template <class Lane, class Type>

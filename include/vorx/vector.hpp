@@ -6,6 +6,7 @@
 #error "vorx: the C++ headers need C++17 (-std=c++17); vorx/vorx.h serves C++11 and C"
 #endif
 
+#include <cstddef>
 #include <cstring>
 #include <type_traits>
 #include <utility>
@@ -50,6 +51,14 @@ struct traits<vec<Lane, Lanes>> {
   using lane = Lane;
   static constexpr int lanes = Lanes;
 };
+
+// A scalar operand: the vector beside it says what it is converted to.
+template <class Lane>
+struct scalar_beside {
+  using type = Lane;
+};
+template <class Lane>
+using scalar = typename scalar_beside<Lane>::type;
 
 template <class Vector, std::size_t... J>
 VORX_FUNCTION Vector fill_registers(__m128 all, std::index_sequence<J...>) {
@@ -97,9 +106,28 @@ VORX_FUNCTION Vector load(const lane_of<Vector>* from) {
   std::memcpy(&x, from, sizeof(lane_of<Vector>) * lanes_of<Vector>);
   return x;
 }
+template <class T, int N>
+VORX_FUNCTION void store(detail::scalar<T>* to, vec<T, N> x) {
+  std::memcpy(to, &x, sizeof(T) * N);
+}
+
+// The first n lanes from memory, a value in the others; the first n lanes to memory, not a byte more. Where n is greater than the
+// number of lanes, all of them, so that a loop needs no end of its own:
+//
+//   for (size_t i = 0; i < n; i += 8) store(y + i, exp(load<float8>(x + i, n - i, 1.0f)), n - i);
+//
+// The value should be an ordinary argument of the function: log of 0 raises a flag and takes the rare path.
 template <class Vector>
-VORX_FUNCTION void store(lane_of<Vector>* to, const Vector& x) {
-  std::memcpy(to, &x, sizeof(lane_of<Vector>) * lanes_of<Vector>);
+VORX_FUNCTION Vector load(const lane_of<Vector>* from, std::size_t n, lane_of<Vector> others = 0) {
+  constexpr std::size_t lanes = lanes_of<Vector>;
+  Vector x = splat<Vector>(others);
+  std::memcpy(&x, from, sizeof(lane_of<Vector>) * (n < lanes ? n : lanes));
+  return x;
+}
+template <class T, int N>
+VORX_FUNCTION void store(detail::scalar<T>* to, vec<T, N> x, std::size_t n) {
+  constexpr std::size_t lanes = N;
+  std::memcpy(to, &x, sizeof(T) * (n < lanes ? n : lanes));
 }
 
 }  // namespace vorx

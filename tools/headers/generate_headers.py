@@ -205,6 +205,7 @@ C_HEAD = '''\
 #define VORX_VORX_H
 
 #include "vorx/callers.h"
+#include "vorx/memory.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -268,7 +269,8 @@ def main():
     (directory / "vorx.h").write_text(C_HEAD + "\n".join(f.c_declarations() for f in functions) + C_TAIL)
     cpp = CPP_HEAD + "\n".join(f.cpp_declarations("accurate") for f in functions)
     native = "\n".join(t for f in functions if (t := f.cpp_declarations("native")))
-    (directory / "vorx.hpp").write_text(cpp + "\nnamespace native {\n\n" + native + "\n}  // namespace native\n\n}  // namespace vorx\n")
+    cpp += "\nnamespace native {\n\n" + native + "\n}  // namespace native\n\n}  // namespace vorx\n"
+    (directory / "vorx.hpp").write_text(cpp + '\n#include "vorx/convert.hpp"\n')
 
 
 if __name__ == "__main__":
