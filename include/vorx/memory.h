@@ -24,44 +24,59 @@
 extern "C" {
 #endif
 
-#define VORX_SET_1(J) x.xmm[J] = all;
-#define VORX_SET_2(J) VORX_SET_1(J) VORX_SET_1(J + 1)
-#define VORX_SET_4(J) VORX_SET_2(J) VORX_SET_2(J + 2)
-#define VORX_SET_8(J) VORX_SET_4(J) VORX_SET_4(J + 4)
+/* DO(J) for each register; full registers are moved one by one, which keeps vectors out of memory in gcc, too. */
+#define VORX_EACH_1(DO, J) DO(J)
+#define VORX_EACH_2(DO, J) VORX_EACH_1(DO, J) VORX_EACH_1(DO, J + 1)
+#define VORX_EACH_4(DO, J) VORX_EACH_2(DO, J) VORX_EACH_2(DO, J + 2)
+#define VORX_EACH_8(DO, J) VORX_EACH_4(DO, J) VORX_EACH_4(DO, J + 4)
+#define VORX_SET(J) x.xmm[J] = all;
+#define VORX_LOAD(J) __builtin_memcpy(&x.xmm[J], from + (J) * (16 / sizeof *from), 16);
+#define VORX_STORE(J) __builtin_memcpy(to + (J) * (16 / sizeof *to), &x.xmm[J], 16);
 
-#define VORX_MEMORY(VECTOR, SUFFIX, LANE, LANES, REGISTERS, ALL)                                                \
-  VORX_FUNCTION VECTOR vorx_splat##SUFFIX(LANE value) {                                                         \
-    __m128 all = ALL(value);                                                                                    \
-    VECTOR x;                                                                                                   \
-    VORX_SET_##REGISTERS(0) return x;                                                                           \
-  }                                                                                                             \
-  VORX_FUNCTION VECTOR vorx_load##SUFFIX(const LANE* from) {                                                    \
-    __m128 all = _mm_setzero_ps();                                                                              \
-    VECTOR x;                                                                                                   \
-    VORX_SET_##REGISTERS(0) __builtin_memcpy(&x, from, LANES * sizeof(LANE));                                   \
-    return x;                                                                                                   \
-  }                                                                                                             \
-  VORX_FUNCTION VECTOR vorx_loadn##SUFFIX(const LANE* from, size_t n, LANE others) {                            \
-    VECTOR x = vorx_splat##SUFFIX(others);                                                                      \
-    __builtin_memcpy(&x, from, (n < LANES ? n : LANES) * sizeof(LANE));                                         \
-    return x;                                                                                                   \
-  }                                                                                                             \
-  VORX_FUNCTION void vorx_store##SUFFIX(LANE* to, VECTOR x) { __builtin_memcpy(to, &x, LANES * sizeof(LANE)); } \
-  VORX_FUNCTION void vorx_storen##SUFFIX(LANE* to, VECTOR x, size_t n) {                                        \
-    __builtin_memcpy(to, &x, (n < LANES ? n : LANES) * sizeof(LANE));                                           \
+#define VORX_MEMORY(VECTOR, SUFFIX, LANE, LANES, REGISTERS, ALL)                     \
+  VORX_FUNCTION VECTOR vorx_splat##SUFFIX(LANE value) {                              \
+    __m128 all = ALL(value);                                                         \
+    VECTOR x;                                                                        \
+    VORX_EACH_##REGISTERS(VORX_SET, 0) return x;                                     \
+  }                                                                                  \
+  VORX_FUNCTION VECTOR vorx_loadn##SUFFIX(const LANE* from, size_t n, LANE others) { \
+    VECTOR x = vorx_splat##SUFFIX(others);                                           \
+    __builtin_memcpy(&x, from, (n < LANES ? n : LANES) * sizeof(LANE));              \
+    return x;                                                                        \
+  }                                                                                  \
+  VORX_FUNCTION void vorx_storen##SUFFIX(LANE* to, VECTOR x, size_t n) {             \
+    __builtin_memcpy(to, &x, (n < LANES ? n : LANES) * sizeof(LANE));                \
   }
+/* Vectors that fill their registers. */
+#define VORX_FULL(VECTOR, SUFFIX, LANE, LANES, REGISTERS, ALL) \
+  VORX_MEMORY(VECTOR, SUFFIX, LANE, LANES, REGISTERS, ALL)     \
+  VORX_FUNCTION VECTOR vorx_load##SUFFIX(const LANE* from) {   \
+    VECTOR x;                                                  \
+    VORX_EACH_##REGISTERS(VORX_LOAD, 0) return x;              \
+  }                                                            \
+  VORX_FUNCTION void vorx_store##SUFFIX(LANE* to, VECTOR x) { VORX_EACH_##REGISTERS(VORX_STORE, 0) }
+/* Vectors that do not; beyond the last lane they get 0. */
+#define VORX_PART(VECTOR, SUFFIX, LANE, LANES, REGISTERS, ALL)                           \
+  VORX_MEMORY(VECTOR, SUFFIX, LANE, LANES, REGISTERS, ALL)                               \
+  VORX_FUNCTION VECTOR vorx_load##SUFFIX(const LANE* from) {                             \
+    __m128 all = _mm_setzero_ps();                                                       \
+    VECTOR x;                                                                            \
+    VORX_EACH_##REGISTERS(VORX_SET, 0) __builtin_memcpy(&x, from, LANES * sizeof(LANE)); \
+    return x;                                                                            \
+  }                                                                                      \
+  VORX_FUNCTION void vorx_store##SUFFIX(LANE* to, VECTOR x) { __builtin_memcpy(to, &x, LANES * sizeof(LANE)); }
 #define VORX_MEMORY_OF_4_BYTES(NAME, S2, S3, S4, S8, S16, LANE, ALL) \
-  VORX_MEMORY(vorx_##NAME##2, S2, LANE, 2, 1, ALL)                   \
-  VORX_MEMORY(vorx_##NAME##3, S3, LANE, 3, 1, ALL)                   \
-  VORX_MEMORY(vorx_##NAME##4, S4, LANE, 4, 1, ALL)                   \
-  VORX_MEMORY(vorx_##NAME##8, S8, LANE, 8, 2, ALL)                   \
-  VORX_MEMORY(vorx_##NAME##16, S16, LANE, 16, 4, ALL)
+  VORX_PART(vorx_##NAME##2, S2, LANE, 2, 1, ALL)                     \
+  VORX_PART(vorx_##NAME##3, S3, LANE, 3, 1, ALL)                     \
+  VORX_FULL(vorx_##NAME##4, S4, LANE, 4, 1, ALL)                     \
+  VORX_FULL(vorx_##NAME##8, S8, LANE, 8, 2, ALL)                     \
+  VORX_FULL(vorx_##NAME##16, S16, LANE, 16, 4, ALL)
 #define VORX_MEMORY_OF_8_BYTES(NAME, S2, S3, S4, S8, S16, LANE, ALL) \
-  VORX_MEMORY(vorx_##NAME##2, S2, LANE, 2, 1, ALL)                   \
-  VORX_MEMORY(vorx_##NAME##3, S3, LANE, 3, 2, ALL)                   \
-  VORX_MEMORY(vorx_##NAME##4, S4, LANE, 4, 2, ALL)                   \
-  VORX_MEMORY(vorx_##NAME##8, S8, LANE, 8, 4, ALL)                   \
-  VORX_MEMORY(vorx_##NAME##16, S16, LANE, 16, 8, ALL)
+  VORX_FULL(vorx_##NAME##2, S2, LANE, 2, 1, ALL)                     \
+  VORX_PART(vorx_##NAME##3, S3, LANE, 3, 2, ALL)                     \
+  VORX_FULL(vorx_##NAME##4, S4, LANE, 4, 2, ALL)                     \
+  VORX_FULL(vorx_##NAME##8, S8, LANE, 8, 4, ALL)                     \
+  VORX_FULL(vorx_##NAME##16, S16, LANE, 16, 8, ALL)
 
 #define VORX_ALL_DOUBLE(X) _mm_castpd_ps(_mm_set1_pd(X))
 #ifdef __cplusplus
@@ -83,11 +98,16 @@ VORX_MEMORY_OF_8_BYTES(ulong, ul2, ul3, ul4, ul8, ul16, uint64_t, VORX_ALL_LONG)
 #undef VORX_ALL_LONG
 #undef VORX_MEMORY_OF_4_BYTES
 #undef VORX_MEMORY_OF_8_BYTES
+#undef VORX_FULL
+#undef VORX_PART
 #undef VORX_MEMORY
-#undef VORX_SET_1
-#undef VORX_SET_2
-#undef VORX_SET_4
-#undef VORX_SET_8
+#undef VORX_SET
+#undef VORX_LOAD
+#undef VORX_STORE
+#undef VORX_EACH_1
+#undef VORX_EACH_2
+#undef VORX_EACH_4
+#undef VORX_EACH_8
 
 #ifdef __cplusplus
 }

@@ -67,6 +67,18 @@ VORX_FUNCTION Vector fill_registers(__m128 all, std::index_sequence<J...>) {
   return x;
 }
 
+// Full registers are moved one by one, which keeps vectors out of memory in gcc, too.
+template <class Vector, class Lane, std::size_t... J>
+VORX_FUNCTION Vector load_registers(const Lane* from, std::index_sequence<J...>) {
+  Vector x;
+  (std::memcpy(&x.xmm[J], from + J * (16 / sizeof(Lane)), 16), ...);
+  return x;
+}
+template <class Vector, class Lane, std::size_t... J>
+VORX_FUNCTION void store_registers(Lane* to, Vector x, std::index_sequence<J...>) {
+  (std::memcpy(to + J * (16 / sizeof(Lane)), &x.xmm[J], 16), ...);
+}
+
 }  // namespace detail
 
 // The vector of so many lanes; the lane type itself for one.
@@ -102,13 +114,21 @@ VORX_FUNCTION Vector splat(lane_of<Vector> value) {
 // Lanes from memory of any alignment, and back; three lanes are three in memory.
 template <class Vector>
 VORX_FUNCTION Vector load(const lane_of<Vector>* from) {
-  Vector x{};
-  std::memcpy(&x, from, sizeof(lane_of<Vector>) * lanes_of<Vector>);
-  return x;
+  if constexpr (sizeof(Vector) == sizeof(lane_of<Vector>) * lanes_of<Vector>) {
+    return detail::load_registers<Vector>(from, std::make_index_sequence<sizeof(Vector) / 16>{});
+  } else {
+    Vector x{};
+    std::memcpy(&x, from, sizeof(lane_of<Vector>) * lanes_of<Vector>);
+    return x;
+  }
 }
 template <class T, int N>
 VORX_FUNCTION void store(detail::scalar<T>* to, vec<T, N> x) {
-  std::memcpy(to, &x, sizeof(T) * N);
+  if constexpr (sizeof x == sizeof(T) * N) {
+    detail::store_registers(to, x, std::make_index_sequence<sizeof x / 16>{});
+  } else {
+    std::memcpy(to, &x, sizeof(T) * N);
+  }
 }
 
 // The first n lanes from memory, a value in the others; the first n lanes to memory, not a byte more. Where n is greater than the

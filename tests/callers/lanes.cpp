@@ -1,9 +1,14 @@
-// Lanes from and to memory, and conversions, in C++. Compiled with -DCALLERS=name.
-#include <vorx/vorx.hpp>
+// Lanes from and to memory, conversions, and what becomes a view of an array, in C++. Compiled with -DCALLERS=name.
+#include <vorx/array.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
+#include <vector>
+#if __cplusplus >= 202002L
+#include <span>
+#endif
 
 #include "tests/callers/headers.h"
 
@@ -100,9 +105,33 @@ void conversions() {
   from_integers<double, Integer>();
 }
 
+// Arguments and results in different containers, the result in place of an argument, a part of an array.
+void views() {
+  const std::vector<float> x = {-1, 2, -3, 4, -5};
+  std::array<float, 5> y;
+  vorx::fabs(x, y);
+  for (unsigned i = 0; i < 5; i++) check(y[i] == std::fabs(x[i]), "fabs", "vector to array", static_cast<int>(i));
+  float z[5] = {1, 1, 3, 3, 3};
+  vorx::fmax(y, z, z);
+  for (unsigned i = 0; i < 5; i++) check(z[i] == std::fmax(y[i], i < 2 ? 1.0f : 3.0f), "fmax", "in place", static_cast<int>(i));
+  vorx::fma({x.data() + 1, 3}, {z, 3}, {z, 3}, {z, 3});
+  check(z[0] == 2 * 1 + 1 && z[1] == -3 * 2 + 2 && z[2] == 4 * 3 + 3 && z[3] == 4, "fma", "pointers and lengths", 0);
+  std::vector<double> d = {1, 4, 0.5}, e(3);
+  vorx::native::exp(d, e);
+  check(std::fabs(e[1] - std::exp(4)) < 1e-9, "native::exp", "vectors of double", 1);
+  std::vector<double> nothing;
+  vorx::log(nothing, nothing);
+#if __cplusplus >= 202002L
+  const std::span<const double> part(d.data() + 1, 2);
+  vorx::rint(part, std::span(e).first(2));
+  check(e[0] == 4 && e[1] == 0, "rint", "spans", 0);
+#endif
+}
+
 }  // namespace
 
 extern "C" void CALLERS() {
+  views();
   memory<float>();
   memory<double>();
   memory<int32_t>();

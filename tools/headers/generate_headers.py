@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Writes the callers' headers from catalogue.json and the functions' texts: vorx/callers.h (how entry points are reached),
-vorx/vorx.h (C) and vorx/vorx.hpp (C++). Only entry points that exist are declared.
+vorx/vorx.h (C) and vorx/vorx.hpp (C++), vorx/array.h and vorx/array.hpp (functions on whole arrays). Only entry points that
+exist are declared.
 
 Usage: generate_headers.py catalogue.json functions.json DIRECTORY
 """
@@ -12,6 +13,7 @@ import re
 import sys
 import textwrap
 
+from array_functions import array_functions
 from typed_callers import LANE, NAMES, TypedCaller, is_integer
 
 CALLERS_HEAD = '''\
@@ -234,6 +236,59 @@ namespace vorx {
 '''
 
 
+ARRAY_HEAD = '''\
+/* Functions on whole arrays in C: vorx_array_expf(x, y, n) writes the exponentials of the n floats at x to y, vorx_array_exp those of
+ * doubles, vorx_array_expf_native by the native variant. Every function of one to three floating arguments with one floating result
+ * has them. Any n, 0 too; memory of any alignment; the result may take the place of an argument (y == x), but not overlap one otherwise.
+ * Not a byte beyond the n elements is read or written.
+ *
+ * Each is a loop over the entry point of the width that is fastest, in which what remains of the last vector is filled with an ordinary
+ * argument. Where one lane may decide for its whole vector (vorx/vorx.h says it of sin and others), that is a vector of this loop.
+ * The loops also serve entry points found by dlsym: the one below that is called vorx_array_unary_f32x16 takes those of shape unary with
+ * 16 lanes of float, here __ocl_vorx_p8_expf16, and 0.75 as the argument that fills (2 for acosh, 1 for rsqrt ...: see this file).
+ * Generated from the catalogue. */
+#ifndef VORX_ARRAY_H
+#define VORX_ARRAY_H
+
+#include "vorx/vorx.h"
+
+#ifdef __cplusplus
+#define VORX_ARRAY_FUNCTION inline
+#define VORX_REST inline __attribute__((noinline))
+extern "C" {
+#else
+#define VORX_ARRAY_FUNCTION static __inline__ __attribute__((unused))
+#define VORX_REST static __attribute__((noinline, unused))
+#endif
+
+'''
+ARRAY_CPP_HEAD = '''\
+// Functions on whole arrays in C++17: vorx::exp(x, y) writes the exponentials of the elements of x to y, vorx::native::exp(x, y) by the
+// native variant, for anything that becomes a vorx::view: std::vector, std::array, std::span, arrays, {pointer, n}. vorx/array.h says what
+// they do. Generated from the catalogue.
+#pragma once
+
+#include "vorx/array.h"
+#include "vorx/view.hpp"
+#include "vorx/vorx.hpp"
+
+namespace vorx {
+
+'''
+
+
+def write_array_headers(directory, catalogue, texts):
+    functions = array_functions(catalogue)
+    loops = {f.loop: f for f in functions}
+    text = ARRAY_HEAD + "\n\n".join(f.loop_text() for f in loops.values()) + "\n\n"
+    for name in dict.fromkeys(f.function for f in functions):
+        text += f"/* {text_of(name, texts)['brief']} */\n" + "".join(f.text() + "\n" for f in functions if f.function == name)
+    (directory / "array.h").write_text(text + "\n#undef VORX_ARRAY_FUNCTION\n#undef VORX_REST\n" + C_TAIL)
+    views = {v: "\n".join(f.views_text() for f in functions if f.variant == v) for v in ("accurate", "native")}
+    (directory / "array.hpp").write_text(ARRAY_CPP_HEAD + views["accurate"] + "\n\nnamespace native {\n\n" + views["native"] +
+                                         "\n\n}  // namespace native\n\n}  // namespace vorx\n")
+
+
 def text_of(name, texts):
     """What is said about a function; the texts of the conversions are formed from their names."""
     if name in texts["functions"]:
@@ -271,6 +326,7 @@ def main():
     native = "\n".join(t for f in functions if (t := f.cpp_declarations("native")))
     cpp += "\nnamespace native {\n\n" + native + "\n}  // namespace native\n\n}  // namespace vorx\n"
     (directory / "vorx.hpp").write_text(cpp + '\n#include "vorx/convert.hpp"\n')
+    write_array_headers(directory, catalogue, texts)
 
 
 if __name__ == "__main__":
