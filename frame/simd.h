@@ -191,6 +191,8 @@ VORX_INLINE i64x2 shift_left_each(i64x2 a, i64x2 n) {
 VORX_INLINE int sign_mask(f32x4 a) { return _mm_movemask_ps(a.v); }
 VORX_INLINE int sign_mask(f64x2 a) { return _mm_movemask_pd(a.v); }
 
+// Short multiplication: the high half of the product of unsigned 16-bit words.
+VORX_INLINE i32x4 multiply_high_words(i32x4 a, i32x4 b) { return {_mm_mulhi_epu16(a.v, b.v)}; }
 // Long multiplication: the 64-bit products of the even 32-bit lanes.
 VORX_INLINE i64x2 multiply_even(i64x2 a, i64x2 b) { return {_mm_mul_epu32(a.v, b.v)}; }
 VORX_INLINE i32x4 even_odd(i32x4 a, i32x4 b) { return {_mm_blend_epi16(a.v, b.v, 0xcc)}; }  // lanes 0 2 of a, 1 3 of b

@@ -24,11 +24,11 @@ struct hypot_f32_constants {
   rep32 range = bits32(0x60a00000 - (0x1e300000 ^ 0x80000000));
 };
 
-// Accurate: 1.42 ULP. +inf where an argument is infinite, otherwise NaN for a NaN; hypot(+-0, +-0) = +0. No overflow or underflow
-// but of the result.
+// Accurate: 1.41 ULP on one processor, 1.48 with the least exact estimates. +inf where an argument is infinite, otherwise NaN for
+// a NaN; hypot(+-0, +-0) = +0. No overflow or underflow but of the result.
 template <class Estimate = hardware_reciprocal_sqrt>
 struct hypot_f32_with : kernel<f32, hypot_f32_constants> {
-  static constexpr double max_ulp = 1.42;
+  static constexpr double max_ulp = 1.5;
 
   static f32x4 path(f32x4 x, f32x4 y, const constants& k) {
     f32x4 s = x * x + y * y;
@@ -53,7 +53,7 @@ using hypot_f32 = hypot_f32_with<>;
 // Native: the sum of squares times the estimate for its root, where the sum is a normal number; NaN for zeros and for infinities.
 template <class Estimate = hardware_reciprocal_sqrt>
 struct hypot_f32_native_with : kernel<f32> {
-  static constexpr double max_ulp = estimate_ulp + 3;  // of the sum and the product; 4034 on one processor
+  static constexpr double max_ulp = estimate_ulp + 3;  // of the sum and the product; 4157 on one processor
   static constexpr bool by_definition = true;
   static constexpr float domain[] = {0x1p-62f, 0x1p63f, -0x1p63f, 0x1p63f};
   static f32x4 path(f32x4 x, f32x4 y, const no_constants&) {

@@ -11,10 +11,11 @@ struct sqrt_f32_constants : positive_f32_constants {
   rep32 half = c(0x3f000000, 0.5f);
 };
 
-// Accurate: 0.85 ULP. sqrt(+-0) = +-0, sqrt(+inf) = +inf, NaN below 0 and for NaN.
+// Accurate: 0.75 ULP on one processor, 0.85 with the least exact estimates. sqrt(+-0) = +-0, sqrt(+inf) = +inf, NaN below 0 and
+// for NaN.
 template <class Estimate = hardware_reciprocal_sqrt>
 struct sqrt_f32_with : kernel<f32, sqrt_f32_constants> {
-  static constexpr double max_ulp = 0.85;
+  static constexpr double max_ulp = 0.86;
   static constexpr float seams[] = {0x1p-126f};
 
   static f32x4 path(f32x4 x, const constants& k) {
@@ -40,7 +41,7 @@ using sqrt_f32 = sqrt_f32_with<>;
 // Native: x times the estimate, with the special results of the accurate kernel.
 template <class Estimate = hardware_reciprocal_sqrt>
 struct sqrt_f32_native_with : sqrt_f32_with<Estimate> {
-  static constexpr double max_ulp = estimate_ulp + 2;  // of the product; 4033 on one processor
+  static constexpr double max_ulp = estimate_ulp + 2;  // of the product; 4157 on one processor
   static constexpr bool by_definition = true;
   static f32x4 path(f32x4 x, const sqrt_f32_constants&) { return x * Estimate::estimate(x); }
 };

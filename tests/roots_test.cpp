@@ -7,9 +7,11 @@
 #include <limits>
 #include <random>
 
+#include "roots/cbrt.h"
 #include "roots/div.h"
 #include "roots/hypot.h"
 #include "roots/inv.h"
+#include "roots/rcbrt.h"
 #include "roots/rsqrt.h"
 #include "roots/sqrt.h"
 #include "tests/kernel_calls.h"
@@ -32,6 +34,7 @@ constexpr T largest = std::numeric_limits<T>::max();
 int rounds() { return quick() ? 20000 : 100000; }
 
 long double reciprocal_root(long double x) { return 1 / sqrtl(x); }
+long double reciprocal_cube_root(long double x) { return 1 / cbrtl(x); }
 
 // |y - exact| in units in the last place of exact.
 template <class T>
@@ -93,7 +96,22 @@ void expect_special_results() {
   expect_rare<H>(5 * least<T>, ordinary, 0, 3 * least<T>, -4 * least<T>);
 }
 
+template <class C, class R>
+void expect_special_cube_roots() {
+  using T = scalar_of<C>;
+  for (T sign : {T(1), T(-1)}) {
+    expect_special<C>(sign * 0, sign * 0, ordinary, 0);
+    expect_special<C>(sign * inf<T>, sign * inf<T>, ordinary, 0);
+    expect_special<C>(sign * quiet_nan<T>, quiet_nan<T>, ordinary, 0);
+    expect_special<R>(sign * 0, sign * inf<T>, singularity, pole_flag);
+    expect_special<R>(sign * inf<T>, sign * 0, ordinary, 0);
+    expect_special<R>(sign * quiet_nan<T>, quiet_nan<T>, ordinary, 0);
+  }
+}
+
 TEST(Roots, SpecialResults) {
+  expect_special_cube_roots<cbrt_f32, rcbrt_f32>();
+  expect_special_cube_roots<cbrt_f64, rcbrt_f64>();
   expect_special_results<rsqrt_f32, inv_f32, div_f32, hypot_f32>();
   expect_special_results<rsqrt_f64, inv_f64, div_f64, hypot_f64>();
   expect_no_negative_arguments<sqrt_f32>();
@@ -120,6 +138,8 @@ TEST(Roots, LaneTests) {
   expect_positive_normal_taken<sqrt_f32_native>();
   expect_positive_normal_taken<rsqrt_f32>();
   expect_positive_normal_taken<rsqrt_f64>();
+  expect_positive_normal_taken<cbrt_f32>();
+  expect_positive_normal_taken<cbrt_f64>();
   EXPECT_FALSE(flagged<inv_f32>(least<float>));
   EXPECT_TRUE(flagged<inv_f64>(-least<double>));
   EXPECT_FALSE(flagged<inv_f64>(std::numeric_limits<double>::min()));
@@ -142,7 +162,7 @@ TEST(Roots, LaneTests) {
 // ---- accuracy of the scalar routines ----
 
 template <class K>
-void expect_scalar_error(long double f(long double)) {
+void expect_scalar_error(long double f(long double), long double bound = 0.501L) {
   using T = scalar_of<K>;
   std::mt19937_64 random(1);
   for (int i = 0; i < rounds(); i++) {
@@ -150,7 +170,7 @@ void expect_scalar_error(long double f(long double)) {
           static_cast<T>((random() >> (12 + random() % 50)) % (uint64_t(1) << (std::numeric_limits<T>::digits - 1)) + 1),
       y = 0;
     ASSERT_EQ(K::rare(&x, &y), ordinary);
-    ASSERT_LE(error_of(y, f(x)), 0.501L) << x;
+    ASSERT_LE(error_of(y, f(x)), bound) << x;
   }
 }
 // Both ends of the range, one rounding also where the result is subnormal.
@@ -181,8 +201,68 @@ TEST(Roots, ScalarRoutines) {
   expect_scalar_error<sqrt_f32>(sqrtl);
   expect_scalar_error<rsqrt_f32>(reciprocal_root);
   expect_scalar_error<rsqrt_f64>(reciprocal_root);
+  expect_scalar_error<cbrt_f32>(cbrtl, cbrt_f32::max_ulp);
+  expect_scalar_error<rcbrt_f32>(reciprocal_cube_root, rcbrt_f32::max_ulp);
+  expect_scalar_error<cbrt_f64>(cbrtl, cbrt_f64::max_ulp);
+  expect_scalar_error<rcbrt_f64>(reciprocal_cube_root, rcbrt_f64::max_ulp);
   expect_scalar_hypot_error<hypot_f32>();
   expect_scalar_hypot_error<hypot_f64>();
+}
+
+// ---- cube roots: the ends of the intervals of the tables, and the middles, where the root is that of the table ----
+
+template <class K, class Function>
+void for_each_end_and_middle(Function f) {
+  using T = scalar_of<K>;
+  const int fraction_bits = std::numeric_limits<T>::digits - 1;
+  for (int exponent = std::numeric_limits<T>::min_exponent - 1; exponent < std::numeric_limits<T>::max_exponent; exponent++)
+    for (int i = 0; i <= 64; i++)
+      for (int units = -2; units <= 2; units++) {
+        const T x = std::ldexp(T(1 + i / 64.0) + std::ldexp(T(units), -fraction_bits), exponent);
+        if (x >= std::numeric_limits<T>::min() && x <= largest<T>) f(x);
+      }
+}
+template <class K>
+void expect_cube_roots(long double f(long double)) {
+  for_each_end_and_middle<K>([&](auto x) {
+    const auto y = path_of<K>(x), z = path_of<K>(-x);
+    ASSERT_LE(error_of(y, f(x)), K::max_ulp) << std::hexfloat << x;
+    ASSERT_EQ(bits_of(z), bits_of(-y)) << std::hexfloat << x;
+  });
+}
+
+TEST(Roots, CubeRootsAtEndsOfIntervals) {
+  expect_cube_roots<cbrt_f32>(cbrtl);
+  expect_cube_roots<rcbrt_f32>(reciprocal_cube_root);
+  expect_cube_roots<cbrt_f64>(cbrtl);
+  expect_cube_roots<rcbrt_f64>(reciprocal_cube_root);
+  expect_cube_roots<cbrt_f32_native>(cbrtl);
+  expect_cube_roots<rcbrt_f32_native>(reciprocal_cube_root);
+  expect_cube_roots<cbrt_f64_native>(cbrtl);
+  expect_cube_roots<rcbrt_f64_native>(reciprocal_cube_root);
+}
+
+// Flagged lanes take the path with the others, too: whatever a lane holds, the row that it picks exists.
+TEST(Roots, RowsOfTheTableExistForEveryExponent) {
+  const auto& f = constant_pool<cbrt_f32_constants>;
+  const auto& d = constant_pool<cbrt_f64_constants>;
+  for (int biased = 0; biased < 2048; biased++) {
+    const i32x4 field = {_mm_set1_epi32(biased)};
+    for (int type = 0; type < (biased < 256 ? 2 : 1); type++) {
+      const auto [third, rem] = type ? divide_exponent_by_three(field, f) : divide_exponent_by_three(field, d);
+      const int moved = biased + 2 * (type ? 127 : 1023);
+      EXPECT_EQ(extract<0>(third), static_cast<uint32_t>(moved / 3));
+      EXPECT_EQ(extract<2>(rem), static_cast<uint32_t>(moved % 3));
+    }
+  }
+}
+
+// The quotient -1/c of the float kernels, where a table would have the number that is nearest: both ends.
+TEST(Roots, ReciprocalsOfMiddles) {
+  const auto& k = constant_pool<cbrt_f32_constants>;
+  auto bits = [&](float minus_c) { return extract<0>(as_int(f32x4(k.one) / all(minus_c))); };
+  EXPECT_EQ(bits(-1 - 1 / 64.0f), 0xbf7c0fc1);
+  EXPECT_EQ(bits(-2 + 1 / 64.0f), 0xbf010204);
 }
 
 // ---- estimates of other processors ----

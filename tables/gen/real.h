@@ -34,6 +34,7 @@ class real {
   friend real log(const real& a) { return apply(mpfr_log, a); }
   friend real log2(const real& a) { return apply(mpfr_log2, a); }
   friend real log10(const real& a) { return apply(mpfr_log10, a); }
+  friend real cbrt(const real& a) { return apply(mpfr_cbrt, a); }
   friend real exp(const real& a) { return apply(mpfr_exp, a); }
   friend real exp2(const real& a) { return apply(mpfr_exp2, a); }
   friend real sin(const real& a) { return apply(mpfr_sin, a); }
@@ -51,6 +52,7 @@ class real {
   // The nearest double and float; the nearest multiple of 2^exponent.
   double to_double() const { return mpfr_get_d(v_, MPFR_RNDN); }
   float to_float() const { return mpfr_get_flt(v_, MPFR_RNDN); }
+  float cut_to_float() const { return mpfr_get_flt(v_, MPFR_RNDZ); }
   double magnitude() const { return std::fabs(to_double()); }
   real nearest_multiple(int exponent) const {
     real r;
