@@ -171,6 +171,7 @@ VORX_INLINE i32x4 duplicate_words(i32x4 a) { return {_mm_shuffle_epi32(a.v, 0x50
 VORX_INLINE i32x4 duplicate_high_words(i64x2 a) { return {_mm_shuffle_epi32(a.v, 0xf5)}; }  // words 1 1 3 3
 VORX_INLINE i64x2 extend_zero(i32x4 a) { return {_mm_cvtepu32_epi64(a.v)}; }                // lanes 0 and 1, zero-extended
 VORX_INLINE i32x4 upper_half(i32x4 a) { return {_mm_shuffle_epi32(a.v, 0xee)}; }            // lanes 2 3 | 2 3
+VORX_INLINE i32x4 swap_halves(i32x4 a) { return {_mm_shuffle_epi32(a.v, 0x4e)}; }           // lanes 2 3 | 0 1
 VORX_INLINE i32x4 join(i32x4 a, i32x4 b) { return {_mm_unpacklo_epi64(a.v, b.v)}; }         // lanes 0 1 of a, 0 1 of b
 VORX_INLINE i32x4 low_half(i32x4 a) { return {_mm_move_epi64(a.v)}; }                       // lanes 0 1, the rest zero
 VORX_INLINE i32x4 join_low_words(i64x2 a, i64x2 b) {                                        // words 0 2 of a, 0 2 of b

@@ -40,6 +40,7 @@ class real {
   friend real sin(const real& a) { return apply(mpfr_sin, a); }
   friend real cos(const real& a) { return apply(mpfr_cos, a); }
   friend real tan(const real& a) { return apply(mpfr_tan, a); }
+  friend real atan(const real& a) { return apply(mpfr_atan, a); }
   friend real tanh(const real& a) { return apply(mpfr_tanh, a); }
   friend real erf(const real& a) { return apply(mpfr_erf, a); }
   friend real erfc(const real& a) { return apply(mpfr_erfc, a); }
