@@ -2,9 +2,9 @@
 // a scalar on either side (2 * x: it becomes a lane, then a vector) and as a compound assignment. Comparisons give a mask, a
 // vector of int32_t or int64_t (as wide as the lanes) with -1 where they hold and 0 elsewhere, for select, any, all and & | ^ ~.
 //
-// They are the compilers' own operations on registers: the same rounding as on scalars, nothing contracted unless -mfma and
-// -ffp-contract ask for it; what is undefined on scalars (integers that overflow or are divided by 0, shifts by the width and
-// more) is undefined in a lane.
+// They are the compilers' own operations on registers: the same rounding as on scalars, nothing contracted unless the program is
+// compiled for processors with fused operations (-mfma). What is undefined on scalars (signed integers that overflow, integers
+// divided by 0, shifts by the width and more) is undefined in a lane.
 #pragma once
 
 #include <utility>

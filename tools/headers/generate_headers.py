@@ -244,8 +244,8 @@ ARRAY_HEAD = '''\
  *
  * Each is a loop over the entry point of the width that is fastest, in which what remains of the last vector is filled with an ordinary
  * argument. Where one lane may decide for its whole vector (vorx/vorx.h says it of sin and others), that is a vector of this loop.
- * The loops also serve entry points found by dlsym: the one below that is called vorx_array_unary_f32x16 takes those of shape unary with
- * 16 lanes of float, here __ocl_vorx_p8_expf16, and 0.75 as the argument that fills (2 for acosh, 1 for rsqrt ...: see this file).
+ * The loops also serve entry points found by dlsym: vorx_array_unary_f32x16(entry, x, y, n, 0.75f) takes an entry point of shape unary
+ * with 16 lanes of float, such as __ocl_vorx_p8_expf16. The last argument fills: 0.75 for all of these functions, 2 for acosh.
  * Generated from the catalogue. */
 #ifndef VORX_ARRAY_H
 #define VORX_ARRAY_H
