@@ -1,4 +1,4 @@
-// ln x as head + tail in double precision, good to 2^-67.5 of itself: for powers, and for whatever else needs more bits of a
+// ln x as head + tail in double precision, good to 2^-67.3 of itself: for powers, and for whatever else needs more bits of a
 // logarithm than a double has. Both forms give the same bits; there is no reciprocal estimate in it.
 #pragma once
 

@@ -23,8 +23,8 @@ struct pown_f32_constants : power_f32_constants {
   rep32 smallest_normal = bits32(0x00800000);
 };
 
-// Accurate: 12.2 ULP. pown(x, 0) = 1, for NaN too; 1^n = 1.00000012 for other n. +-0 to a negative power is an infinity, to a positive
-// power a zero, with the sign of x for odd n only.
+// Accurate: 12.2 ULP. pown(x, 0) = 1, for NaN too; 1^n = 1.00000012 for other n. +-0 to a negative power is an infinity, to a
+// positive power a zero, with the sign of x for odd n only.
 struct pown_f32 : kernel<f32, pown_f32_constants> {
   static constexpr double max_ulp = 12.3;
   static constexpr float seams[] = {0x1p-126f, 0x1.fc0002p-1f, 1.0f, 0x1.03fffep0f};
@@ -60,9 +60,9 @@ struct pown_f64_constants : power_f64_constants {
   rep64 upper_word = bits64(0xffffffff00000000);  // 21 bits: the product with any n is exact
 };
 
-// Accurate: 0.52 ULP; any n is exact. Special results as above, but 1^n is 1.
+// Accurate: 0.54 ULP; any n is exact. Special results as above, but 1^n is 1.
 struct pown_f64 : kernel<f64, pown_f64_constants> {
-  static constexpr double max_ulp = 0.53;
+  static constexpr double max_ulp = 0.54;
   static constexpr double seams[] = {0x1p-1022, 0x1.ffp-1, 1.0, 0x1.01p0};
   static constexpr bool test_on_path = true;
 
@@ -83,17 +83,17 @@ struct pown_f64 : kernel<f64, pown_f64_constants> {
   }
 };
 
-// Native: right to 2^-12 for normal x and results in the normal range; unspecified for other x.
+// Native: 3214 ULP (1.9e-4 relative) for normal x and results in the normal range; unspecified for other x.
 struct pown_f32_native : kernel<f32, native_power_f32_constants> {
-  static constexpr double max_ulp = 4096;
+  static constexpr double max_ulp = 3270;
   static f32x4 path(f32x4 x, i32x4 n, const constants& k) {
     return native_exp2(native_log2(x & k.magnitude, k) * to_float(n), k) | sign_of_power(x, n);
   }
 };
 
-// Native: right to 2^-30 for the same arguments.
+// Native: 4.7e5 ULP (5.2e-11 relative) for the same arguments.
 struct pown_f64_native : kernel<f64, native_power_f64_constants> {
-  static constexpr double max_ulp = 8.4e6;
+  static constexpr double max_ulp = 4.76e5;
   static f64x2 path(f64x2 x, i32x4 n, const constants& k) {
     return native_power(x & k.magnitude, to_double(n), k) | sign_of_power(x, n);
   }
