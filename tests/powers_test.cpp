@@ -11,6 +11,7 @@
 #include "explog/powr.h"
 #include "explog/rootn.h"
 #include "tests/kernel_calls.h"
+#include "tests/lanes.h"
 #include "tests/mpfr_error.h"
 
 using namespace vorx;
@@ -18,6 +19,8 @@ using namespace vorx;
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
+
+int samples(int n) { return quick() ? n / 10 : n; }
 
 // |head + tail - f(x)| relative to f(x).
 double distance_of_parts(mpfr_function f, double x, double head, double tail) {
@@ -35,7 +38,7 @@ double distance_of_parts(mpfr_function f, double x, double head, double tail) {
 
 TEST(Powers, LogarithmInParts) {
   std::mt19937_64 random(1);
-  for (int i = 0; i < 200000; i++) {
+  for (int i = 0; i < samples(200000); i++) {
     double x = from_bits(random() >> 1);
     if (i % 4 == 1) x = 1 + std::ldexp(static_cast<double>(random()) - 0x1p63, -64 - i % 53);
     if (i % 4 == 2) x = from_bits(random() >> 12 >> i % 40);
@@ -52,7 +55,7 @@ TEST(Powers, LogarithmInParts) {
 
 TEST(Powers, ExponentialOfParts) {
   std::mt19937_64 random(2);
-  for (int i = 0; i < 200000; i++) {
+  for (int i = 0; i < samples(200000); i++) {
     const double x = (static_cast<double>(random()) - 0x1p63) * 0x1p-54 * 1.38 / (1 << i % 16);  // up to 706
     const double tail = x * 0x1p-24 * (static_cast<double>(random() >> 11) * 0x1p-53 - 0.5);
     f64x2 y = exp_of_parts_normal({all(x), all(tail)}, constant_pool<exp_of_parts_constants>);
@@ -146,7 +149,7 @@ TEST(Powers, SignOfNegativeBase) {
 // Where the exact result is a number of the type, and where it is halfway between zero and the smallest one.
 TEST(Powers, ExactResults) {
   std::mt19937_64 random(3);
-  for (int i = 0; i < 20000; i++) {
+  for (int i = 0; i < samples(20000); i++) {
     const int n = 1 + i % 7;
     const double x = std::ldexp(static_cast<double>((random() >> (64 - 52 / n)) | 1), -(i % 30));
     double power = 1;
@@ -202,7 +205,7 @@ double largest_error(double low, double high) {
   using T = scalar_of<K>;
   std::mt19937_64 random(4);
   double largest = 0;
-  for (int i = 0; i < 40000; i++) {
+  for (int i = 0; i < samples(40000); i++) {
     const double u = static_cast<double>(random() >> 11) * 0x1p-53;
     auto x = static_cast<T>(i % 2 ? std::exp2(u * 20 - 10) : 1 + (u - 0.5) * std::exp2(-(i % 20)));
     if (x == 1) continue;
