@@ -249,6 +249,12 @@ VORX_INLINE f64x2 gather(const double* table, i32x4 offsets, int before = 0) {  
   in_order(a, offsets);
   return {_mm_loadh_pd(a.v, reinterpret_cast<const double*>(row_address<1>(table, offsets, before)))};
 }
+VORX_INLINE f64x2 gather(const double* table, i64x2 offsets) {  // offsets in the low words of both lanes
+  i32x4 words = as_i32(offsets);
+  f64x2 a = {_mm_load_sd(reinterpret_cast<const double*>(row_address<0>(table, words, 0)))};
+  in_order(a, words);
+  return {_mm_loadh_pd(a.v, reinterpret_cast<const double*>(row_address<2>(table, words, 0)))};
+}
 
 // The same for rows of two numbers, in one load each: the first numbers of the rows, and the second.
 struct f32x4_pair {
@@ -280,6 +286,15 @@ VORX_INLINE f64x2_pair gather_pairs(const double* table, i64x2 offsets) {  // of
   in_order(a, words);
   f64x2 b = {_mm_load_pd(reinterpret_cast<const double*>(row_address<2>(table, words, 0)))};
   return {{_mm_unpacklo_pd(a.v, b.v)}, {_mm_unpackhi_pd(a.v, b.v)}};
+}
+// The same numbers by a load for each of them: one register less while they are loaded.
+VORX_INLINE f64x2_pair gather_columns(const double* table, i64x2 offsets) {
+  i32x4 words = as_i32(offsets);
+  auto row = reinterpret_cast<const double*>(row_address<0>(table, words, 0));
+  f64x2 first = {_mm_load_sd(row)}, second = {_mm_load_sd(row + 1)};
+  in_order(first, words);
+  row = reinterpret_cast<const double*>(row_address<2>(table, words, 0));
+  return {{_mm_loadh_pd(first.v, row)}, {_mm_loadh_pd(second.v, row + 1)}};
 }
 
 }  // namespace vorx

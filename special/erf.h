@@ -21,7 +21,6 @@ VORX_INLINE int erf_of_not_finite(T x, T* result) {
 
 struct erf_f32_constants : cubic_rows_constants {
   rep32 last_row = bits32(113 << 19);
-  rep32 magnitude = bits32(0x7fffffff);
   rep32 sign = bits32(0x80000000);
   rep32 largest = bits32(0x7f780000);  // of the starts of intervals of finite numbers
   alignas(16) std::array<double, 114 * 4> table = erff_tab;
@@ -35,7 +34,7 @@ struct erf_f32 : kernel<f32, erf_f32_constants> {
 
   static f32x4 path(f32x4 x, const constants& k) {
     i32x4 offsets = cubic_row_offsets(as_int(x) & k.sixteenths, k.last_row, k);
-    return cubic_of_rows(x & k.magnitude, offsets, k.table.data()) | (x & k.sign);
+    return cubic_of_rows(x, offsets, k.table.data(), k) | (x & k.sign);
   }
   static i32x4 special(f32x4 x, const constants& k) { return (as_int(x) & k.sixteenths) > k.largest; }
 
