@@ -34,6 +34,7 @@ template <class K, shape S>
 claims read() {
   claims c;
   if constexpr (requires { K::max_ulp; }) c.max_ulp = K::max_ulp;
+  if constexpr (requires { K::max_absolute; }) c.max_absolute = K::max_absolute;
   if constexpr (requires { K::seams; })
     for (auto seam : K::seams) c.seams.push_back(seam);
   if constexpr (requires { K::domain; })

@@ -10,6 +10,7 @@ namespace vorx {
 
 struct claims {
   double max_ulp = 0;               // largest error in ULP; 0 where the kernel states none: the result is exact
+  double max_absolute = 0;          // largest absolute error beyond the domain, where max_ulp does not hold: next to zeros
   std::vector<double> seams;        // arguments where the algorithm changes (a float kernel's are exact here)
   std::vector<double> domain;       // lowest and highest x, then y, for which max_ulp holds; empty: all
   bool by_definition = false;       // max_ulp is what the processor's estimates may be off by; this processor's may be less

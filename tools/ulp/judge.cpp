@@ -89,6 +89,13 @@ double judge::operator()(const arguments& in, const results& out, const double* 
   return worst;
 }
 
+// Above the claim, where the kernel claims an absolute error instead: beyond its domain.
+bool judge::absolutely_small(const arguments& in, double error, double unit) const {
+  if (!(error > claims_.max_ulp && error * unit <= claims_.max_absolute)) return false;
+  const double x = as_double(entry_.type, in[0]);
+  return x < claims_.domain[0] || x > claims_.domain[1];
+}
+
 // What a native kernel's claim covers: normal arguments (and zeros) in its domain; and results in the normal range, see decide().
 bool judge::claimed(const arguments& in) const {
   const shape& form = entry_.of->form;

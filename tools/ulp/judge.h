@@ -47,7 +47,7 @@ struct statistics {
   uint64_t correct = 0;                      // of these, correctly rounded (or bit for bit right)
   uint64_t subnormal = 0;                    // of these, in subnormal units
   uint64_t nan = 0, infinite = 0, zero = 0;  // results that are right and have no error: not among the measured ones
-  uint64_t outside = 0;                      // inputs about which a native kernel claims nothing
+  uint64_t outside = 0;                      // inputs about which a native kernel claims nothing; or an absolute error only
   uint64_t by_mpfr = 0;                      // results that MPFR decided
   uint64_t neighbour_matters = 0;            // inputs for which another neighbour lane gave other bits
   double largest = -1;                       // ULP
@@ -80,6 +80,7 @@ class judge {
 
  private:
   bool claimed(const arguments& in) const;
+  bool absolutely_small(const arguments& in, double error, double unit) const;
   void report(fault f, const arguments& in, const results& out, int result, uint64_t expected);
   double judge_exact(const arguments& in, const results& out, int r);
   double judge_real(const arguments& in, const results& out, int r);

@@ -72,6 +72,11 @@ bool judge::settle(Wide e, double doubt, const arguments& in, const results& out
   double signed_error = static_cast<double>((static_cast<Wide>(value_of<T>(got)) - e) * per_unit);
   double magnitude = static_cast<double>(std::fabs(e) * per_unit);  // in units: from 2^23 to 2^24, or 2^52 to 2^53
   error = std::fabs(signed_error);
+  if (absolutely_small(in, error, static_cast<double>(1 / per_unit))) {
+    in_claim_ = false;
+    error = 0;
+    return true;
+  }
   doubt *= magnitude;
   double most = error + doubt, least = error - doubt;
   const double lowest = power_of_two(format_.fraction_bits(), 0.0);

@@ -140,7 +140,11 @@ void print_details(const entry_point& kernel, const outcome& o) {
     std::printf("    right and not among these: NaN %" PRIu64 ", infinity %" PRIu64 ", zero %" PRIu64
                 "; among these, subnormal: %" PRIu64 "\n",
                 s.nan, s.infinite, s.zero, s.subnormal);
-  if (s.outside != 0) std::printf("    outside the native kernel's claim: %" PRIu64 " inputs\n", s.outside);
+  if (s.outside != 0)
+    std::printf(
+        "    %s: %" PRIu64 " inputs\n",
+        kernel.native ? "outside the native kernel's claim" : "within the absolute error that the kernel claims next to zeros",
+        s.outside);
   const bool may = claims_of(kernel).whole_vector;
   if (s.neighbour_matters != 0 || may)
     std::printf("    decides for the whole vector: %s; another neighbour changed the bits of %" PRIu64 " inputs\n",
