@@ -5,6 +5,7 @@
 #include <array>
 
 #include "explog/exp_of_parts.h"
+#include "special/relative_rows.h"
 #include "tables/erfcx_rows.h"
 
 namespace vorx {
@@ -129,19 +130,10 @@ struct erfc_f64 : kernel<f64, erfc_f64_constants> {
   static constexpr double max_ulp = 0.79;
   static constexpr double seams[] = {-26.543243408203125, 0, 26.543243408203125, 27.23};
 
-  // w(y) = head (1 + tail), the head with 26 bits: relative error 2^-55.
+  // w(y) = head (1 + tail): relative error 2^-55.
   VORX_INLINE static head_and_tail<f64x2> w_of(f64x2 y, const constants& k) {
     auto [d, index] = piece_of_erfcx(y, k);
-    i64x2 offsets = index << 6;
-    auto c56 = gather_pairs(k.rows.data() + 6, offsets);
-    f64x2 z = d * d;
-    f64x2 b = c56.second * d + c56.first;
-    auto c34 = gather_pairs(k.rows.data() + 4, offsets);
-    b = b * z + (c34.second * d + c34.first);
-    auto c12 = gather_pairs(k.rows.data() + 2, offsets);
-    b = b * z + (c12.second * d + c12.first);
-    auto c0 = gather_pairs(k.rows.data(), offsets);
-    return {c0.first, b * d + c0.second};
+    return relative_row(k.rows.data(), index << 6, d);
   }
 
   // With y^2 as the exact square of its upper half and a rest. The head is the exact product of half significands.
