@@ -124,10 +124,10 @@ struct erfc_parts {
   i64x2 scaled;
 };
 
-// Accurate: 0.79 ULP. Special results: erfc(-inf) = 2, erfc(+inf) = +0, NaN for NaN; gradual underflow above 26.54326, +0 above
-// 27.2263.
+// Accurate: 0.81 ULP, at the ends of the longest pieces. Special results: erfc(-inf) = 2, erfc(+inf) = +0, NaN for NaN; gradual
+// underflow above 26.54326, +0 above 27.2263.
 struct erfc_f64 : kernel<f64, erfc_f64_constants> {
-  static constexpr double max_ulp = 0.79;
+  static constexpr double max_ulp = 0.82;
   static constexpr double seams[] = {-26.543243408203125, 0, 26.543243408203125, 27.23};
 
   // w(y) = head (1 + tail): relative error 2^-55.
