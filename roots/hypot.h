@@ -14,7 +14,8 @@ template <class T>
 VORX_INLINE bool hypot_is_special(T x, T y, T* result) {
   const T inf = std::numeric_limits<T>::infinity();
   if (x == inf || x == -inf || y == inf || y == -inf) return *result = inf, true;
-  return *result = x + y, x != x || y != y;
+  if (x != x || y != y) return *result = x + y, true;
+  return false;
 }
 
 struct hypot_f32_constants {
@@ -73,8 +74,9 @@ struct hypot_f64_constants {
   rep32 range = bits32(0x7fbfffff - (0x03f00000 ^ 0x80000000));
 };
 
-// Accurate: 0.501 ULP. Special results as above.
 struct hypot_f64_with_test_apart;
+
+// Accurate: 0.501 ULP. Special results as above.
 struct hypot_f64 : kernel<f64, hypot_f64_constants> {
   static constexpr double max_ulp = 0.501;
   template <int width>

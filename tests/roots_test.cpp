@@ -93,6 +93,8 @@ void expect_special_results() {
   expect_rare<H>(T(0), ordinary, 0, -T(0), -T(0));
   expect_rare<H>(inf<T>, overflow, overflow_flag, largest<T>, -largest<T>);
   expect_rare<H>(largest<T>, ordinary, 0, largest<T>, least<T>);
+  const T unit = std::ldexp(T(1), std::numeric_limits<T>::max_exponent - 5);
+  expect_rare<H>(29 * unit, ordinary, 0, 20 * unit, 21 * unit);  // the sum of the arguments would overflow
   expect_rare<H>(5 * least<T>, ordinary, 0, 3 * least<T>, -4 * least<T>);
 }
 
