@@ -1,4 +1,5 @@
-// tanh(x).
+// tanh(x): float from cubics in double, native float a quotient of polynomials; double (e^(2|x|) - 1) / (e^(2|x|) + 1), with
+// e^(2|x|) from a table and a polynomial.
 #pragma once
 
 #include <array>
