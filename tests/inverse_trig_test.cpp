@@ -9,9 +9,13 @@
 #include "tests/kernel_calls.h"
 #include "tests/mpfr_error.h"
 #include "trig/acos.h"
+#include "trig/acospi.h"
 #include "trig/asin.h"
+#include "trig/asinpi.h"
 #include "trig/atan.h"
 #include "trig/atan2.h"
+#include "trig/atan2pi.h"
+#include "trig/atanpi.h"
 
 using namespace vorx;
 
@@ -51,15 +55,17 @@ struct of_one {
   mpfr_function exact;
   double f32_bound, f64_bound;
 };
-const of_one arctangents[] = {{"atan", mpfr_atan, atan_f32::max_ulp, atan_f64::max_ulp}};
-const char* const odd_functions[] = {"asin", "atan"};
+const of_one arctangents[] = {{"atan", mpfr_atan, atan_f32::max_ulp, atan_f64::max_ulp},
+                              {"atanpi", mpfr_atanpi, atanpi_f32::max_ulp, 0.6}};
+const char* const odd_functions[] = {"asin", "asinpi", "atan", "atanpi"};
 
 struct of_two {
   const char* name;
   two_arguments exact;
   double f32_bound, f64_bound, f64_rare_bound;
 };
-const of_two angles[] = {{"atan2", mpfr_atan2, atan2_f32::max_ulp, atan2_f64::max_ulp, 0.6}};
+const of_two angles[] = {{"atan2", mpfr_atan2, atan2_f32::max_ulp, atan2_f64::max_ulp, 0.6},
+                         {"atan2pi", mpfr_atan2pi, atan2pi_f32::max_ulp, 0.6, atan2pi_f64::max_ulp}};
 
 template <class T>
 struct InverseTrig : testing::Test {
@@ -157,6 +163,10 @@ TEST(InverseTrigRareCases, BordersOfTheDomain) {
   expect_border<asin_f64>(half_pi_f64, -half_pi_f64);
   expect_border<acos_f32>(0, pi);
   expect_border<acos_f64>(0, pi_f64);
+  expect_border<asinpi_f32>(0.5f, -0.5f);
+  expect_border<asinpi_f64>(0.5, -0.5);
+  expect_border<acospi_f32>(0, 1);
+  expect_border<acospi_f64>(0, 1);
 }
 
 template <class K>

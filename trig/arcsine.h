@@ -45,6 +45,17 @@ struct arcsine_in_radians_f64 {
   rep64 p1 = c(0x3fb33333333334b8, 0.0750000000000054);
   rep64 p0 = c(0x3fc5555555555555, 0.16666666666666666);
 
+  // P(z) - p0
+  VORX_INLINE f64x2 behind_p0(f64x2 z) const {
+    f64x2 z2 = z * z;
+    f64x2 p = (z * p13 + p12) * z2 + (z * p11 + p10);
+    p = p * z2 + (z * p9 + p8);
+    p = p * z2 + (z * p7 + p6);
+    p = p * z2 + (z * p5 + p4);
+    p = p * z2 + (z * p3 + p2);
+    return (p * z + p1) * z;
+  }
+
   VORX_INLINE head_and_tail<f64x2> add(f64x2 constant, f64x2 head, f64x2 tail) const {
     auto [sum, error] = fast_two_sum(constant, head);
     return {sum, error + (tail + constant * low_part)};
@@ -75,6 +86,17 @@ struct arcsine_in_half_revolutions_f64 {
   rep64 p1 = c(0x3f98723a1d588c89, 0.023873241463786363);
   rep64 p0 = c(0x3fab2995e7b7b603, 0.05305164769729844);
 
+  // P(z) - p0
+  VORX_INLINE f64x2 behind_p0(f64x2 z) const {
+    f64x2 z2 = z * z;
+    f64x2 p = (z * p13 + p12) * z2 + (z * p11 + p10);
+    p = p * z2 + (z * p9 + p8);
+    p = p * z2 + (z * p7 + p6);
+    p = p * z2 + (z * p5 + p4);
+    p = p * z2 + (z * p3 + p2);
+    return (p * z + p1) * z;
+  }
+
   VORX_INLINE head_and_tail<f64x2> add(f64x2 constant, f64x2 v, f64x2 v_tail) const {
     auto [head, tail] = cut(v, upper_half);
     auto [sum, error] = fast_two_sum(constant, head * inv_pi_hi);
@@ -82,76 +104,100 @@ struct arcsine_in_half_revolutions_f64 {
   }
 };
 
-template <class Unit>
-struct arcsine_f64_constants : Unit {
-  rep64 magnitude = bits64(0x7fffffffffffffff);
-  rep64 sign = bits64(0x8000000000000000);
-  rep64 root_bits = bits64(upper_half_f64);
-  rep64 half = c(0x3fe0000000000000, 0.5);
-  rep64 one = c(0x3ff0000000000000, 1.0);
-  rep64 minus_one = c(0xbff0000000000000, -1.0);
-  rep64 four = c(0x4010000000000000, 4.0);
+struct arcsine_in_half_revolutions_f32 {
+  rep32 right_angle = c(0x3f000000, 0.5f);
+  rep32 straight_angle = c(0x3f800000, 1.0f);
+  rep32 inv_pi = c(0x3ea2f983, 0.318309873f);
+  rep32 inv_pi_hi = c(0x3ea2f000, 0.318237305f);  // 12 bits
+  rep32 inv_pi_lo = c(0x389836e5, 7.25814971e-05f);
+  rep32 upper_half = bits32(upper_half_f32);
+  // asin v / pi - v / pi = v z P(z) on |v| <= 1/2, z = v^2: 2^-29 of v / pi (tables/fits/half_revolutions_f32.sollya)
+  rep32 p5 = c(0x3c307685, 0.0107704448f);
+  rep32 p4 = c(0x3bb1fc19, 0.00543166371f);
+  rep32 p3 = c(0x3c224865, 0.00990495551f);
+  rep32 p2 = c(0x3c689692, 0.014196055f);
+  rep32 p1 = c(0x3cc39275, 0.0238735471f);
+  rep32 p0 = c(0x3d594caf, 0.0530516468f);
+
+  VORX_INLINE f32x4 behind_p0(f32x4 z) const { return (((z * p5 + p4) * (z * z) + (z * p3 + p2)) * z + p1) * z; }
+  VORX_INLINE head_and_tail<f32x4> add(f32x4 constant, f32x4 v, f32x4 v_tail) const {
+    auto [head, tail] = cut(v, upper_half);
+    auto [sum, error] = fast_two_sum(constant, head * inv_pi_hi);
+    return {sum, error + (head * inv_pi_lo + (tail + v_tail) * inv_pi)};
+  }
+};
+
+template <class E, class Unit>
+struct arcsine_constants : Unit {
+  typename E::constant magnitude = pattern<E>(0x7fffffff, 0x7fffffffffffffff);
+  typename E::constant sign = pattern<E>(0x80000000, 0x8000000000000000);
+  typename E::constant root_bits = pattern<E>(upper_half_f32, upper_half_f64);
+  typename E::constant half = pattern<E>(0x3f000000, 0x3fe0000000000000);
+  typename E::constant one = pattern<E>(0x3f800000, 0x3ff0000000000000);
+  typename E::constant minus_one = pattern<E>(0xbf800000, 0xbff0000000000000);
+  typename E::constant four = pattern<E>(0x40800000, 0x4010000000000000);
 };
 
 // The two ranges: v = x below one half, 2 s with the sign of `signs` above; head + tail is v, more exactly where it is a root.
+template <class V>
 struct arcsine_argument {
-  f64x2 small, v, head, tail;  // the first is a mask
+  V small, v, head, tail;  // the first is a mask
 };
-template <class C>
-VORX_INLINE arcsine_argument select_argument(f64x2 x, f64x2 signs, f64x2 w, f64x2 z, i64x2 is_small, const C& k) {
+template <class V, class Mask, class C>
+VORX_INLINE arcsine_argument<V> select_argument(V x, V signs, V w, V z, Mask is_small, const C& k) {
   in_order(is_small, z);  // or the compiler computes the complement of the mask as well
-  f64x2 small = as_float(is_small), root = sqrt(w);
+  V small = as_float(is_small), root = sqrt(w);
   root = (root + root) ^ signs;
-  f64x2 head = root & k.root_bits;
-  f64x2 tail = (z * k.four - head * head) / (root + head);
+  V head = root & k.root_bits;
+  V tail = (z * k.four - head * head) / (root + head);
   return {small, select(is_small, x, root), select(is_small, x, head), clear(small, tail)};
 }
 
 // a + v z P(z): the term with p0 is up to 2^-3.5 of the sum, and its sum with the head therefore exact; the terms behind it are
 // below 2^-6.
-template <class C>
-VORX_INLINE f64x2 arcsine_sum(head_and_tail<f64x2> a, f64x2 v, f64x2 z, const C& constants) {
-  f64x2 cube = v * z;
+template <class V, class C>
+VORX_INLINE V arcsine_sum(head_and_tail<V> a, V v, V z, const C& constants) {
+  V cube = v * z;
   in_order(cube, z);
   const C& k = behind(a.tail, constants);
-  f64x2 z2 = z * z;
-  f64x2 p = (z * k.p13 + k.p12) * z2 + (z * k.p11 + k.p10);
-  p = p * z2 + (z * k.p9 + k.p8);
-  p = p * z2 + (z * k.p7 + k.p6);
-  p = p * z2 + (z * k.p5 + k.p4);
-  p = p * z2 + (z * k.p3 + k.p2);
-  p = p * z + k.p1;
-  f64x2 rest = cube * (p * z) + a.tail;
+  V rest = cube * k.behind_p0(z) + a.tail;
   auto [sum, error] = fast_two_sum(a.head, cube * k.p0);
   return sum + (error + rest);
 }
 
-template <class Unit>
-struct arcsine_f64_path : kernel<f64, arcsine_f64_constants<Unit>> {
-  using typename kernel<f64, arcsine_f64_constants<Unit>>::constants;
+template <class E, class Unit>
+struct arcsine_path : kernel<E, arcsine_constants<E, Unit>> {
+  using typename kernel<E, arcsine_constants<E, Unit>>::constants;
+  using V = typename E::vector;
 
-  static f64x2 path(f64x2 x, const constants& k) {
-    f64x2 a = x & k.magnitude;
-    f64x2 w = k.half - a * k.half;
-    f64x2 z = min(a * a, w);
-    auto [small, v, head, tail] = select_argument(a, k.sign, w, z, a < as_float(k.half), k);  // false for a NaN
+  static V path(V x, const constants& k) {
+    V a = x & k.magnitude;
+    V w = k.half - a * k.half;
+    V z = min(a * a, w);
+    auto [small, v, head, tail] = select_argument(a, V(k.sign), w, z, a < as_float(k.half), k);  // false for a NaN
     return arcsine_sum(k.add(clear(small, k.right_angle), head, tail), v, z, k) ^ (x & k.sign);
   }
 };
 
-template <class Unit>
-struct arccosine_f64_path : kernel<f64, arcsine_f64_constants<Unit>> {
-  using typename kernel<f64, arcsine_f64_constants<Unit>>::constants;
+template <class E, class Unit>
+struct arccosine_path : kernel<E, arcsine_constants<E, Unit>> {
+  using typename kernel<E, arcsine_constants<E, Unit>>::constants;
+  using V = typename E::vector;
 
-  static f64x2 path(f64x2 x, const constants& k) {
-    f64x2 w = (x | k.sign) * k.half + k.half;
-    f64x2 z = min(x * x, w);
-    i64x2 left = x < z;
-    f64x2 above = as_float(left) & k.straight_angle;
+  static V path(V x, const constants& k) {
+    V w = (x | k.sign) * k.half + k.half;
+    V z = min(x * x, w);
+    V above = as_float(x < z) & k.straight_angle;
     auto [small, v, head, tail] = select_argument(x ^ k.sign, x & k.sign, w, z, z < w, k);
-    return arcsine_sum(k.add(select(as_int(small), k.right_angle, above), head, tail), v, z, k);
+    return arcsine_sum(k.add(select(as_int(small), V(k.right_angle), above), head, tail), v, z, k);
   }
-  static i32x4 special(f64x2 x, const constants& k) { return as_i32((x | k.sign) <= as_float(k.minus_one)); }
+  static i32x4 special(V x, const constants& k) {
+    auto beyond = (x | k.sign) <= as_float(k.minus_one);
+    if constexpr (E::lanes == 4)
+      return beyond;
+    else
+      return as_i32(beyond);
+  }
 };
 
 // The arguments that the rare-case routines of both get: 1 and -1, for which they have a value, and what has none.

@@ -23,6 +23,44 @@ VORX_INLINE f32x4 arctangent_factor(f32x4 z, const C& k) {
   return odd + z2 * horner(z2, k.a8, k.a6, k.a4, k.a2);
 }
 
+// Float, in half revolutions: v / pi + v z P(z), the leading product in two parts, its heads' product exact.
+struct arctangent_in_half_revolutions_f32 {
+  rep32 magnitude = bits32(0x7fffffff);
+  rep32 sign = bits32(0x80000000);
+  rep32 one = c(0x3f800000, 1.0f);
+  rep32 right_angle = c(0x3f000000, 0.5f);
+  rep32 upper_half = bits32(upper_half_f32);
+  rep32 inv_pi = c(0x3ea2f983, 0.318309873f);
+  rep32 inv_pi_hi = c(0x3ea2f000, 0.318237305f);  // 12 bits
+  rep32 inv_pi_lo = c(0x389836e5, 7.25814971e-05f);
+  // atan v / pi - v / pi = v z P(z) on |v| <= 1, z = v^2: 2^-29 of v / pi (tables/fits/half_revolutions_f32.sollya)
+  rep32 p9 = c(0x39fc6931, 0.000481435593f);
+  rep32 p8 = c(0xbb40c317, -0.00294131576f);
+  rep32 p7 = c(0x3c09fb32, 0.00842170604f);
+  rep32 p6 = c(0xbc7ff42f, -0.0156221827f);
+  rep32 p5 = c(0x3cb777d3, 0.0223960038f);
+  rep32 p4 = c(0xbce8e719, -0.0284305084f);
+  rep32 p3 = c(0x3d108fe3, 0.0352934711f);
+  rep32 p2 = c(0xbd3a3b95, -0.0454669781f);
+  rep32 p1 = c(0x3d82611b, 0.0636617765f);
+  rep32 p0 = c(0xbdd94caf, -0.106103294f);
+
+  // For 0 <= u <= 1.
+  VORX_INLINE f32x4 angle(f32x4 u) const {
+    f32x4 z = u * u, z2 = z * z, cube = u * z;
+    auto [head, tail] = cut(u, upper_half);
+    tail = head * inv_pi_lo + tail * inv_pi;
+    head = head * inv_pi_hi;
+    in_order(tail, z);
+    f32x4 p = (z * p9 + p8) * z2 + (z * p7 + p6);
+    p = p * z2 + (z * p5 + p4);
+    p = p * z2 + (z * p3 + p2);
+    p = (p * z + p1) * z;
+    auto [sum, error] = fast_two_sum(head, cube * p0);
+    return sum + (error + (cube * p + tail));
+  }
+};
+
 // ---- double ----
 
 struct arctangent_rows {
@@ -79,11 +117,6 @@ struct angle_in_half_revolutions_f64 {
   }
   VORX_INLINE f64x2 sum(f64x2 hi, f64x2 head, f64x2 tail, f64x2 small) const {
     return hi + (head * inv_pi_hi + ((head * inv_pi_lo + tail * inv_pi) + small));
-  }
-  // One lane of that without the rest: v / pi for v = head + tail.
-  VORX_INLINE double over_pi(double head, double tail) const {
-    auto one_lane = [](const rep64& a) { return from_bits(a.lane[0]); };
-    return head * one_lane(inv_pi_hi) + (head * one_lane(inv_pi_lo) + tail * one_lane(inv_pi));
   }
 };
 

@@ -3,9 +3,8 @@
 // is the whole result, and a negative x takes the second half of the table, which has pi - atan c.
 #pragma once
 
-#include <limits>
-
 #include "trig/arctangent.h"
+#include "trig/over_pi.h"
 
 namespace vorx {
 
@@ -72,32 +71,15 @@ struct arctangent2_f64_path : kernel<f64, arctangent2_f64_constants<Unit>> {
 
 // ---- rare cases ----
 
-// A positive finite number as m 2^e, 1 <= m < 2.
-struct normalized {
-  double m;
-  int e;
-  VORX_INLINE explicit normalized(double x) : m(x), e(0) {
-    if (x < scalar(0x0010000000000000, 0x1p-1022)) m *= 0x1p54, e = -54;
-    e += static_cast<int>(bits_of(m) >> 52) - 1023;
-    m = from_bits((bits_of(m) & 0x000fffffffffffff) | 0x3ff0000000000000);
-  }
-};
-
-// x 2^e for e > -1200; a subnormal result is rounded once more.
-VORX_INLINE double scaled(double x, int e) {
-  int half = e / 2;
-  return x * power_of_two<double>(half) * power_of_two<double>(e - half);
-}
-
 // y / x for positive finite numbers in the unit of the result; radians are the quotient itself, also where it is subnormal.
 VORX_INLINE double tiny_angle(double y, double x, const angle_in_radians_f64&) { return y / x; }
-VORX_INLINE double tiny_angle(double y, double x, const angle_in_half_revolutions_f64& k) {
+VORX_INLINE double tiny_angle(double y, double x, const angle_in_half_revolutions_f64&) {
   normalized a(y), b(x);
   double q = a.m / b.m;
   auto quotient = cut(q);
   auto [product_head, product_tail] = product(quotient, cut(b.m));
   double rest = ((a.m - product_head) - product_tail) / b.m;
-  double angle = k.over_pi(quotient.head, quotient.tail + rest);
+  double angle = over_pi(quotient.head, quotient.tail + rest);
   return a.e - b.e < -1100 ? underflowed<double>() : scaled(angle, a.e - b.e);
 }
 
