@@ -91,7 +91,7 @@ double judge::operator()(const arguments& in, const results& out, const double* 
 
 // Above the claim, where the kernel claims an absolute error instead: beyond its domain.
 bool judge::absolutely_small(const arguments& in, double error, double unit) const {
-  if (!(error > claims_.max_ulp && error * unit <= claims_.max_absolute)) return false;
+  if (claims_.max_absolute == 0 || !(error > claims_.max_ulp && error * unit <= claims_.max_absolute)) return false;
   const double x = as_double(entry_.type, in[0]);
   return x < claims_.domain[0] || x > claims_.domain[1];
 }
