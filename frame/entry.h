@@ -332,7 +332,8 @@ struct entry {
   // The same with the path, step by step, for kernels whose test needs what the path computes: in one step the compiler joins
   // both by itself.
   static constexpr bool tests_with_path = steps > 1 && has_test_on_path<K>;
-  // Such kernels spill. Without this the compiler leaves the frame as the caller's stack is, and every fourth slot crosses a line.
+  // Such kernels spill. Without this the compiler leaves the frame as the caller's stack is, and every fourth slot crosses a
+  // line.
   VORX_INLINE static void align_frame() {
     alignas(16) char slot[16];
     asm volatile("" : "=m"(slot));

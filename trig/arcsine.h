@@ -7,6 +7,17 @@
 
 namespace vorx {
 
+// P(z) - p0, of degree 13.
+VORX_INLINE f64x2 arcsine_behind_p0(f64x2 z, const auto& k) {
+  f64x2 z2 = z * z;
+  f64x2 p = (z * k.p13 + k.p12) * z2 + (z * k.p11 + k.p10);
+  p = p * z2 + (z * k.p9 + k.p8);
+  p = p * z2 + (z * k.p7 + k.p6);
+  p = p * z2 + (z * k.p5 + k.p4);
+  p = p * z2 + (z * k.p3 + k.p2);
+  return (p * z + k.p1) * z;
+}
+
 // asin v = v + v z R(z), z = v^2.
 struct arcsine_f32_constants {
   // asin v on |v| <= 1/2: relative error 2^-26.7 (tables/fits/polynomials.sollya)
@@ -45,16 +56,7 @@ struct arcsine_in_radians_f64 {
   rep64 p1 = c(0x3fb33333333334b8, 0.0750000000000054);
   rep64 p0 = c(0x3fc5555555555555, 0.16666666666666666);
 
-  // P(z) - p0
-  VORX_INLINE f64x2 behind_p0(f64x2 z) const {
-    f64x2 z2 = z * z;
-    f64x2 p = (z * p13 + p12) * z2 + (z * p11 + p10);
-    p = p * z2 + (z * p9 + p8);
-    p = p * z2 + (z * p7 + p6);
-    p = p * z2 + (z * p5 + p4);
-    p = p * z2 + (z * p3 + p2);
-    return (p * z + p1) * z;
-  }
+  VORX_INLINE f64x2 behind_p0(f64x2 z) const { return arcsine_behind_p0(z, *this); }
 
   VORX_INLINE head_and_tail<f64x2> add(f64x2 constant, f64x2 head, f64x2 tail) const {
     auto [sum, error] = fast_two_sum(constant, head);
@@ -86,16 +88,7 @@ struct arcsine_in_half_revolutions_f64 {
   rep64 p1 = c(0x3f98723a1d588c89, 0.023873241463786363);
   rep64 p0 = c(0x3fab2995e7b7b603, 0.05305164769729844);
 
-  // P(z) - p0
-  VORX_INLINE f64x2 behind_p0(f64x2 z) const {
-    f64x2 z2 = z * z;
-    f64x2 p = (z * p13 + p12) * z2 + (z * p11 + p10);
-    p = p * z2 + (z * p9 + p8);
-    p = p * z2 + (z * p7 + p6);
-    p = p * z2 + (z * p5 + p4);
-    p = p * z2 + (z * p3 + p2);
-    return (p * z + p1) * z;
-  }
+  VORX_INLINE f64x2 behind_p0(f64x2 z) const { return arcsine_behind_p0(z, *this); }
 
   VORX_INLINE head_and_tail<f64x2> add(f64x2 constant, f64x2 v, f64x2 v_tail) const {
     auto [head, tail] = cut(v, upper_half);

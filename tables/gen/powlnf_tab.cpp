@@ -19,9 +19,7 @@ alignas(16) inline constexpr powlnf_row powlnf_tab[65] = {)");
     constexpr struct {
       int i;
       float row[3];
-    } known[] = {{0, {0, 0, 1.0f}},
-                 {1, {0x1.02p-6f, 1.28665567e-06f, 0.984375f}},
-                 {64, {0x1.62ep-1f, 3.19461833e-05f, 0.5f}}};
+    } known[] = {{0, {0, 0, 1.0f}}, {1, {0x1.02p-6f, 1.28665567e-06f, 0.984375f}}, {64, {0x1.62ep-1f, 3.19461833e-05f, 0.5f}}};
     for (const auto& k : known)
       for (int part = 0; part < 3; part++)
         if (k.i == i) require(row[part], std::bit_cast<uint32_t>(k.row[part]), "row");

@@ -120,7 +120,9 @@ TEST_P(Callers, GiveTheBitsOfTheEntryPoint) {
   }
   // The headers declare every entry point, OpenCL C has no name for some; in frames it is one of each caller; inline are few.
   const std::string name = GetParam().name;
-  EXPECT_GE(called.size(), name.starts_with("in_frames") ? 190 : name.starts_with("opencl_inline") ? 150 : entries.size() * 7 / 10);
+  EXPECT_GE(called.size(), name.starts_with("in_frames")       ? 190
+                           : name.starts_with("opencl_inline") ? 150
+                                                               : entries.size() * 7 / 10);
 }
 
 INSTANTIATE_TEST_SUITE_P(Tables, Callers, testing::ValuesIn(tables), [](const auto& t) { return t.param.name; });
