@@ -41,7 +41,7 @@ struct ldexp_kernel : kernel<E, ldexp_constants<E>> {
 
   static int rare(const T* x, const int32_t* n, T* result) {
     constexpr int limit = 65536;  // moves every number out of range, and keeps e + n small
-    I bits = bits_of(*x);
+    I bits = only_bits(bits_of(*x));
     if (is_zero(bits) || is_not_finite(bits)) return *result = *x * opaque(T(1)), ordinary;
 
     int e = biased_exponent_of(bits);
@@ -57,7 +57,7 @@ struct ldexp_kernel : kernel<E, ldexp_constants<E>> {
     if (e >= -F::fraction_bits) {  // at e = -fraction_bits the result is half the smallest subnormal or more, and may round up
       T wide = from_bits(with_exponent(bits, e + F::normalise));
       *result = wide * power_of_two<T>(-F::normalise);  // the one rounding
-      if (!is_zero(bits_of(*result))) return ordinary;
+      if (!is_zero(only_bits(bits_of(*result)))) return ordinary;
     }
     return *result = sign * underflowed<T>(), underflow;
   }

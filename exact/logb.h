@@ -28,7 +28,7 @@ struct ilogb_kernel : kernel<E, logb_constants<E>> {
   static i32x4 special(V x, const constants& k) { return not_normal(x, k); }
 
   static int rare(const T* x, int32_t* n) {
-    I bits = bits_of(*x);
+    I bits = only_bits(bits_of(*x));
     if (is_zero(bits)) return *n = INT32_MIN, domain_error;
     if (is_not_finite(bits)) return *n = INT32_MAX, domain_error;
     *n = exponent_of_subnormal<T, format<E>>(x);
@@ -57,7 +57,7 @@ struct logb_kernel : kernel<E, logb_constants<E>> {
   static i32x4 special(V x, const constants& k) { return not_normal(x, k); }
 
   static int rare(const T* x, T* result) {
-    I bits = bits_of(*x);
+    I bits = only_bits(bits_of(*x));
     if (is_zero(bits)) return *result = pole<T>(), domain_error;
     if (is_not_finite(bits)) return *result = from_bits(bits & ~sign_bit<I>), ordinary;
     *result = static_cast<T>(exponent_of_subnormal<T, format<E>>(x));

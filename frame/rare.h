@@ -14,6 +14,17 @@ VORX_INLINE uint64_t bits_of(double x) { return std::bit_cast<uint64_t>(x); }
 VORX_INLINE float from_bits(uint32_t b) { return std::bit_cast<float>(b); }
 VORX_INLINE double from_bits(uint64_t b) { return std::bit_cast<double>(b); }
 
+// Bits of which the compiler does not know that they are those of a number: clang 19 tests those by floating-point comparisons,
+// which raise flags for signalling NaNs and subnormal numbers.
+VORX_INLINE uint32_t only_bits(uint32_t b) {
+  asm volatile("" : "+r"(b));
+  return b;
+}
+VORX_INLINE uint64_t only_bits(uint64_t b) {
+  asm volatile("" : "+A"(b));
+  return b;
+}
+
 // Infinity or NaN, by the bits.
 VORX_INLINE bool is_not_finite(uint32_t b) { return (b & 0x7f800000) == 0x7f800000; }
 VORX_INLINE bool is_not_finite(uint64_t b) { return (b & 0x7ff0000000000000) == 0x7ff0000000000000; }
