@@ -17,7 +17,7 @@ struct asinpi_constants
   rep32 range = bits32(E::lanes == 4 ? 0x9dffffff : 0xb83fffff);
 };
 
-// Accurate: 0.60 ULP (float), 0.75 ULP (double, in the subnormal numbers, which are rounded twice; 0.55 elsewhere).
+// Accurate: 0.60 ULP (float), 0.75 ULP (double, in the subnormal numbers, which are rounded twice; 0.57 elsewhere).
 // Special results: asinpi(+-0) = +-0, NaN beyond 1 (invalid) and for NaN; asinpi(+-1) = +-1/2.
 template <class E>
 struct asinpi_kernel

@@ -13,7 +13,7 @@ struct atan2pi_f32_constants : arctangent_in_half_revolutions_f32 {
   rep32 range = bits32(0xbbffffff);
 };
 
-// Accurate: 1.77 ULP (float), 0.75 ULP (double, in the subnormal numbers, which are rounded twice; 0.55 elsewhere). Special
+// Accurate: 1.77 ULP (float), 0.75 ULP (double, in the subnormal numbers, which are rounded twice). Special
 // results: +-0, +-1 or multiples of 1/4 by the signs, for zeros and infinities; NaN for NaN.
 struct atan2pi_f32 : kernel<f32, atan2pi_f32_constants> {
   static constexpr double max_ulp = 1.79;
