@@ -36,8 +36,11 @@ Double `log`, `log10` and `log1p`, their natives and float `log1p` start from th
 bits differ between processors. The claims hold with estimates that are exact, exact to 12 bits, or from the least exact table that the
 architecture allows. If an estimate were off by all of the allowed 1.5 x 2^-12, in one direction, at every argument, which no table is,
 the errors of small results near 1 would rise to 4.3, 11.3, 2.3 and 0.8 ULP; elsewhere the claims would still hold
-(`tests/logarithms_test.cpp` has these estimates). Float `tan` starts from an estimate, too: its native, and vectors with a large
-argument. All other bits are the same on every processor.
+(`tests/logarithms_test.cpp` has these estimates).
+
+From estimates start, too, and differ in their last bits: float `sqrt`, `hypot`, `atanh` and `tanpi` and their natives, `rsqrt` in all
+variants, accurate float `rootn`, and the float natives of `inv`, `div` and `tan`, and of `tan` vectors with a large argument
+(`tests/roots_test.cpp` has the errors of the roots with any estimate). All other bits are the same on every processor.
 """
 
 
