@@ -36,7 +36,7 @@ struct pow_f32 : kernel<f32, pow_f32_constants> {
   // Lanes that are not large have the bits of the path.
   static f32x4 large_path(f32x4 x, f32x4 y) {
     const constants& k = constant_pool<constants>;
-    f32x4 in_double = {powers_in_double(x.v, widen_low(y).v, widen_high(y).v)};
+    f32x4 in_double = {powers_in_double(x.v, to_double(y).v, widen_high(y).v)};
     return select(large(x, y, k), in_double, path(x, y, k));
   }
   static i32x4 special(f32x4 x, f32x4 y, const constants& k) { return not_positive_finite(x, k) | not_finite(y, k); }

@@ -51,7 +51,7 @@ VORX_INLINE f64x2 power_in_double(f64x2 x, f64x2 y, const power_in_double_consta
 powers_in_double(__m128 x, __m128d y_low, __m128d y_high) asm("\01vorx_powers_in_double");
 inline __m128 __attribute__((vectorcall)) powers_in_double(__m128 x, __m128d y_low, __m128d y_high) {
   const power_in_double_constants& k = constant_pool<power_in_double_constants>;
-  f64x2 low = power_in_double(widen_low({x}), {y_low}, k);
+  f64x2 low = power_in_double(to_double(f32x4{x}), {y_low}, k);
   return narrow(low, power_in_double(widen_high({x}), {y_high}, k)).v;
 }
 VORX_INLINE void power_of_positive(float x, double y, float* result) {

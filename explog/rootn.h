@@ -52,7 +52,7 @@ struct rootn_f32 : kernel<f32, rootn_f32_constants> {
   }
   static f32x4 path(f32x4 x, i32x4 n, const constants& k) {
     f32x4 ax = x & k.magnitude;
-    f64x2 low = root(widen_low(ax), n, k);
+    f64x2 low = root(to_double(ax), n, k);
     in_order(low, ax);
     return narrow(low, root(widen_high(ax), upper_half(n), behind(low, k))) | sign_of_power(x, n);
   }

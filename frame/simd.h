@@ -154,8 +154,7 @@ VORX_INLINE f64x2 to_double(i32x4 a) { return {_mm_cvtepi32_pd(a.v)}; }  // lane
 VORX_INLINE f64x2 to_double(f32x4 a) { return {_mm_cvtps_pd(a.v)}; }     // lanes 0 and 1
 VORX_INLINE f32x4 to_float(f64x2 a) { return {_mm_cvtpd_ps(a.v)}; }      // lanes 0 and 1, the rest zero
 
-// The lower and the upper two of four float lanes as doubles, and back.
-VORX_INLINE f64x2 widen_low(f32x4 a) { return {_mm_cvtps_pd(a.v)}; }
+// The upper two of four float lanes as doubles; the lower two are to_double. And back.
 VORX_INLINE f64x2 widen_high(f32x4 a) { return {_mm_cvtps_pd(_mm_movehl_ps(a.v, a.v))}; }
 VORX_INLINE f32x4 narrow(f64x2 low, f64x2 high) { return {_mm_movelh_ps(_mm_cvtpd_ps(low.v), _mm_cvtpd_ps(high.v))}; }
 

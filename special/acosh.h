@@ -26,7 +26,7 @@ struct acosh_f32 : kernel<f32, acosh_f32_constants> {
 
   static f64x2 of_two(f64x2 x, const constants& k) { return short_ln(x + sqrt(x * x - k.one), k); }
   static f32x4 path(f32x4 x, const constants& k) {
-    f64x2 low = of_two(widen_low(x), k);
+    f64x2 low = of_two(to_double(x), k);
     in_order(low, x);
     f64x2 high = of_two(widen_high(x), behind(low, k));
     return narrow(low, high);

@@ -20,7 +20,7 @@ struct asinh_f32 : kernel<f32, asinh_f32_constants> {
 
   static f64x2 of_two(f64x2 y, const constants& k) { return short_ln(y + sqrt(y * y + k.one), k); }
   static f32x4 path(f32x4 x, const constants& k) {
-    f64x2 low = of_two(widen_low(x & k.magnitude), k);
+    f64x2 low = of_two(to_double(x & k.magnitude), k);
     in_order(low, x);
     const auto& k2 = behind(low, k);
     f64x2 high = of_two(widen_high(x & k2.magnitude), k2);

@@ -71,7 +71,7 @@ struct erfc_f32 : kernel<f32, erfc_by_cubics_constants> {
   static constexpr float seams[] = {0.0f, 9.1945f, 10.0545f};
 
   static f32x4 path(f32x4 x, const constants& k) {
-    f64x2 low = erfc_f64_native::path(widen_low(x), k);
+    f64x2 low = erfc_f64_native::path(to_double(x), k);
     in_order(low, x);
     return narrow(low, erfc_f64_native::path(widen_high(x), behind(low, k)));
   }

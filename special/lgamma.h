@@ -141,7 +141,7 @@ struct lgamma_f32 : kernel<f32, lgamma_f32_constants> {
   static constexpr float seams[] = {0x1p-126f, 0.5f, 1.0f, 2.0f, 36.0f, 4.085003e36f};
 
   static f32x4 path(f32x4 x, const constants& k) {
-    f64x2 low = from_rows(clamped(widen_low(x), k), f64x2{}, k);
+    f64x2 low = from_rows(clamped(to_double(x), k), f64x2{}, k);
     in_order(low, x);
     const auto& again = behind(low, k);
     return narrow(low, from_rows(clamped(widen_high(x), again), f64x2{}, again));
@@ -170,7 +170,7 @@ struct lgamma_f32 : kernel<f32, lgamma_f32_constants> {
   // One copy for all widths.
   [[gnu::noinline, gnu::force_align_arg_pointer]] static __m128 on_large_path(__m128 v) {
     f32x4 x = {v};
-    return narrow(any_positive(widen_low(x)), any_positive(widen_high(x))).v;
+    return narrow(any_positive(to_double(x)), any_positive(widen_high(x))).v;
   }
   VORX_INLINE static f64x2 any_positive(f64x2 x) {
     const auto& k = constant_pool<constants>;

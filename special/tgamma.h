@@ -45,7 +45,7 @@ struct tgamma_f32 : kernel<f32, tgamma_f32_constants> {
   static constexpr float seams[] = {0.0f, 1.0f, 35.0401f};
 
   static f32x4 path(f32x4 x, const constants& k) {
-    f64x2 low = in_double(widen_low(x), k);
+    f64x2 low = in_double(to_double(x), k);
     in_order(low, x);
     return narrow(low, in_double(widen_high(x), behind(low, k)));
   }
