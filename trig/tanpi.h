@@ -1,7 +1,6 @@
-// tanpi(x) = tan(pi x). Accurate: with the multiple a_k of the table's step nearest to pi x and the rest d, exact, the tangent of
-// a_k + pi d, pi d in two parts: float as in the large tangent (large_tan.h), double by the addition theorem. Native: with n =
-// round(2 x) and d = x - n/2, tan(pi d) or -1 / tan(pi d), as in tan. All lanes take the step that takes away even integers
-// (half_revolutions.h).
+// tanpi(x) = tan(pi x) = tan(pi d), d = x less the nearest integer. Accurate float: a quotient of polynomials in double
+// precision. Accurate double: a table and the addition theorem. Native: with n = round(2 x) and d = x - n/2, tan(pi d) or -1 /
+// tan(pi d), as in tan, after the step that takes away even integers (half_revolutions.h).
 #pragma once
 
 #include <array>
@@ -9,60 +8,70 @@
 #include "frame/head_and_tail.h"
 #include "tables/tanpi_pairs.h"
 #include "trig/half_revolutions.h"
-#include "trig/large_tan.h"
 #include "trig/tan_quotient.h"
 
 namespace vorx {
 
-struct tanpi_f32_constants : large_tan_f32_constants {
-  rep32 largest_finite = bits32(0x7f7fffff);
-  rep32 least = c(0x04800000, 0x1p-118f);  // below it the products of pi d underflow
-  rep32 even_limit = c(0x4f000000, 0x1p31f);
-  rep32 even_shifter = c(0x4fc00000, 0x1.8p32f);
-  rep32 step_shifter = c(0x47c00000, 98304.0f);  // 1.5 x 2^16: rounds to a multiple of 1/128
-  rep32 infinity = bits32(0x7f800000);
-  rep32 pi_hi = c(0x40491000, 3.1416015625f);  // 12 significant bits: exact times 12 bits
-  rep32 pi_lo = c(0xb715777a, -8.9089102e-06f);
-  rep32 pi = c(0x40490fdb, 3.14159274f);
+struct tanpi_f32_constants {
+  rep32 sign = bits32(0x80000000);
+  rep64 quarter = c(0x3fd0000000000000, 0.25);
+  // (1/4 - z) tan(pi sqrt z) / sqrt z on 0 <= z <= 1/4: relative error 2^-38.7 (tables/fits/tanpi_f32)
+  rep64 p3 = c(0xbf780a08d26fec75, -0.005868944607750772);
+  rep64 p2 = c(0x3fcbc347dd842ddc, 0.21689699474551005);
+  rep64 p1 = c(0xbfefe2aa33c7e35d, -0.9964190493911748);
+  rep64 p0 = c(0x3fe921fb54442d18, 0.7853981633974483);
+  rep64 q2 = c(0x3faa2b6f25233b61, 0.05111262634601733);
+  rep64 q1 = c(0xbfe1dfa09f54a58b, -0.5585482704092767);
+  rep64 q0 = c(0x3ff0000000000000, 1.0);
 };
-static_assert(low_zero_bits(tanpi_f32_constants{}.pi_hi) >= 12);
 
-// Where d = 0 at a multiple of 1/2: zeros with the sign of x, and infinities, both with the other sign for every odd integer.
-// `odd` and `turned` have in their sign bits whether it is a pole, and whether the integer below is odd.
-template <class V, class I, class C>
-VORX_INLINE V zero_or_pole_of(V x, I odd, I turned, const C& k) {
-  return select(odd, V(k.infinity), x & k.sign) ^ (as_float(turned) & k.sign);
-}
-
+// Float: with the nearest integer n, even where two are as near, and d = x - n, exact: tan(pi d) = d P(z) / ((1/4 - z) Q(z)) in
+// double precision, z = d^2. 1/4 - z is exact wherever it is small, so the neighbours of the poles need no care.
 struct tanpi_f32_path : kernel<f32, tanpi_f32_constants> {
-  using V = f32x4;
+  // x less n; an even n leaves a zero with the sign of x, an odd one a zero with the other sign. The subtraction gives +0: what
+  // takes that sign before and gives it back after turns zeros only. (From 2^31 all are even, and so is what the conversion
+  // gives.)
+  VORX_INLINE static f32x4 less_integer(f32x4 x, const constants& k) {
+    f32x4 turn = as_float(to_int(x) << 31) ^ (x & k.sign);
+    return ((x ^ turn) - (round_to_integral<to_nearest>(x) ^ turn)) ^ turn;
+  }
+  VORX_INLINE static f64x2 tangent(f64x2 d, const constants& k) {
+    f64x2 z = d * d;
+    return d * horner(z, k.p3, k.p2, k.p1, k.p0) / ((k.quarter - z) * horner(z, k.q2, k.q1, k.q0));
+  }
+};
+
+// For one or two lanes: half the work.
+struct tanpi_f32_lower_half : tanpi_f32_path {
+  static f32x4 path(f32x4 x, const constants& k) { return to_float(tangent(to_double(less_integer(x, k)), k)); }
+};
+
+// Accurate: 0.5001 ULP. Special results: NaN for an infinity (invalid) and for NaN; at zeros the sign of x for even integers and
+// the other one for odd ones; at poles +infinity for n + 1/2 with even n, -infinity with odd n; exactly +-1 at odd multiples of
+// 1/4.
+struct tanpi_f32 : tanpi_f32_path {
+  static constexpr double max_ulp = 0.5001;
+  static constexpr float seams[] = {-0.5f, 0.0f, 0.25f, 0.5f, 0x1p31f};
+  template <int width>
+  using at = std::conditional_t<width <= 2, tanpi_f32_lower_half, tanpi_f32>;
 
   static f32x4 path(f32x4 x, const constants& k) {
-    f32x4 y = less_even_multiple(x, x & k.magnitude, k);
-    f32x4 t = y + k.step_shifter;
-    f32x4 d = y - (t - k.step_shifter);
-
-    i32x4 steps = as_int(t);  // its low bits count them
-    i32x4 exact = (d == f32x4{}) & ((steps << 26) == i32x4{});
-    f32x4 zero_or_pole = zero_or_pole_of(x, steps << 25, steps << 24, k);
-    in_order(zero_or_pole, d);
-
-    f32x4 high = d & k.split;
-    f32x4 a = high * k.pi_hi, b = high * k.pi_lo + (d - high) * k.pi;
-    f32x4 r = a + b;
-    return select(exact, zero_or_pole, tangent_of_sum(steps, r, (a - r) + b, k));
+    f32x4 d = less_integer(x, k);
+    f64x2 low = tangent(to_double(d), k);
+    return narrow(low, tangent(widen_high(d), behind(low, k)));
   }
 };
 
 struct tanpi_f64_constants {
   rep64 magnitude = bits64(0x7fffffffffffffff);
   rep64 sign = bits64(0x8000000000000000);
-  rep32 largest_finite = bits32(0x7fefffff);  // high word
-  rep64 least = c(0x0170000000000000, 0x1p-1000);
-  rep64 even_limit = c(0x43a0000000000000, 0x1p59);
-  rep64 even_shifter = c(0x43b8000000000000, 0x1.8p60);
+  // Magnitudes from 2^-1000, below which the products of pi d underflow, to finite ones: one signed comparison of biased words.
+  rep32 smallest = bits32(0x81700000);
+  rep32 range = bits32(0xfe7fffff);
+  rep64 below_all = c(0x0160000000000000, 0x1p-1001);
+  rep64 half = c(0x3fe0000000000000, 0.5);
   rep64 step_shifter = c(0x42a8000000000080, 0x1.8000000000080p43);  // rounds to a multiple of 1/512; 1/4 more
-  rep64 row_mask = bits64(0xff);
+  rep64 row_mask = bits64(0x1ff);                                    // for the sake of NaN, whose low bits may be any
   rep64 infinity = bits64(0x7ff0000000000000);
   rep64 one = c(0x3ff0000000000000, 1.0);
   rep64 upper_half = bits64(upper_half_f64);
@@ -72,20 +81,27 @@ struct tanpi_f64_constants {
   // tan(pi d) = pi d (1 + c3 d^2 + c5 d^4) on |d| <= 1/1024 (tables/fits/tanpi_f64: relative error 2^-58.8)
   rep64 c5 = c(0x4029f9d447d6259e, 12.9879476975355);
   rep64 c3 = c(0x400a51a662525504, 3.2898681336761246);
-  alignas(16) std::array<double, 256 * 2> table = tanpi_pairs;
+  alignas(16) std::array<double, 257 * 2> table = tanpi_pairs;
 };
 static_assert(low_zero_bits(tanpi_f64_constants{}.pi_hi) >= 26);
 
-// Double: with the multiple n/2 of 1/2 and the multiple k/512 next to what is left of x, |k| <= 128, T = tan(pi k / 512) and
-// u = tan(pi d), it is N/D for even n and -D/N for odd n, with N = T + u and D = 1 - T u, each as head and tail. The quotient is
-// a first part q of 26 bits, whose product with the upper half of the divisor is exact, and the remainder times the reciprocal.
+// Double: with the nearest integer and what is left of x, at most 1/2, and its multiple j/512 next to it: up to j = 127
+// T = tan(pi j / 512), u = tan(pi d) and the tangent is N/D, N = T + u, D = 1 - T u; from there on T = tan(pi (256 - j) / 512), u
+// = tan(-pi d) and it is D/N. All are heads and tails. The quotient is a first part q of 26 bits, whose product with the upper
+// half of the divisor is exact, and the remainder times the reciprocal.
 struct tanpi_f64_path : kernel<f64, tanpi_f64_constants> {
   using V = f64x2;
 
   static f64x2 path(f64x2 x, const constants& k) {
-    f64x2 y = less_even_multiple(x, x & k.magnitude, k);
-    f64x2 t = y + k.step_shifter;  // the low bits are k + 128 (8 bits), whether n is odd, and whether the integer below is
-    f64x2 d = y - (t - k.step_shifter);
+    f64x2 rest = x - round_to_integral<to_nearest>(x);
+    f64x2 t = (rest & k.magnitude) + k.step_shifter;  // the low bits are j + 128
+    f64x2 d = (rest & k.magnitude) - (t - k.step_shifter);
+    i64x2 turned = as_int(t) << 55;
+    d = d ^ (as_float(turned) & k.sign);
+    in_order(d, x);
+    f64x2 with_sign = with_sign_of_result(rest, x, k);
+    in_order(with_sign, d);
+
     f64x2 z = d * d;
     f64x2 cubic = d * k.pi * z * (k.c3 + k.c5 * z);
     const constants& anew = behind(cubic, k);
@@ -93,49 +109,48 @@ struct tanpi_f64_path : kernel<f64, tanpi_f64_constants> {
     f64x2 a = high * anew.pi_hi, b = (high * anew.pi_lo + (d - high) * anew.pi) + cubic;  // u = a + b
 
     in_order(b, t);
-    auto [th, tl] = gather_pairs(k.table.data(), (as_int(t) & k.row_mask) << 4);
-    auto [n, n_rest] = fast_two_sum(th, a);
-    n_rest = n_rest + (tl + b);
-    f64x2 p = th * a;
+    auto [th, tl] = gather_pairs(k.table.data() - 128 * 2, (as_int(t) & k.row_mask) << 4);
+    f64x2 n = th + a, n_tail = tl + b;
+    f64x2 p = th * a, e_tail = th * b;
     f64x2 e = k.one - p;
-    f64x2 e_rest = ((behind(p, k).one - e) - p) - th * b;
+    f64x2 n_rest = ((th - n) + a) + n_tail;
+    f64x2 e_rest = ((behind(p, k).one - e) - p) - e_tail;
 
-    // Above and below the line. The constants of the quotient come anew, or they would be kept in registers and spilled.
-    i64x2 exact = n == f64x2{opaque(f64x2{}.v)};
-    i64x2 odd = as_int(t) << 55;
-    f64x2 above = select(odd, e, n), above_rest = select(odd, e_rest, n_rest);
-    f64x2 below = select(odd, n, e), below_rest = select(odd, n_rest, e_rest);
-    f64x2 divisor = below + below_rest;
+    // Above and below the line; for the reciprocal the nearest number will do.
+    f64x2 divisor = select(turned, n + n_tail, e - e_tail);
+    f64x2 above = select(turned, e, n), above_rest = select(turned, e_rest, n_rest);
+    f64x2 below = select(turned, n, e), below_rest = select(turned, n_rest, e_rest);
     const constants& late = behind(divisor, k);
     f64x2 reciprocal = late.one / divisor;
-    f64x2 q = (above + above_rest) * reciprocal & late.upper_half;
     f64x2 head = divisor & late.upper_half, tail = (below - head) + below_rest;
-    f64x2 remainder = (above - q * head) + above_rest - q * tail;
-    f64x2 quotient = (q + remainder * reciprocal) ^ (as_float(odd) & late.sign);
-    in_order(quotient, t);
-    return select(exact, zero_or_pole_of(x, as_int(t) << 55, as_int(t) << 54, behind(quotient, late)), quotient);
+    f64x2 q = above * reciprocal & behind(tail, late).upper_half;
+    f64x2 remainder = (above - q * head) + (above_rest - q * tail);
+    // At a pole infinity times zero came in between: the minimum of NaN and infinity is infinity.
+    return min(q + remainder * reciprocal, late.infinity) ^ (with_sign & late.sign);
+  }
+
+  // Any number with the sign of the tangent: that of what is left of x; where nothing is left, x is an integer, the sign of x if
+  // it is even, the other one if it is odd.
+  VORX_INLINE static f64x2 with_sign_of_result(f64x2 rest, f64x2 x, const constants& k) {
+    f64x2 halved = x * k.half;
+    i64x2 odd = halved != round_to_integral<to_nearest>(halved);
+    return rest + (((x ^ as_float(odd)) & k.sign) | k.below_all);
   }
 };
 
-// Adds the rare cases of tanpi: infinities and NaN as in tan, and tiny arguments.
-template <class Path>
-struct with_tiny_arguments : with_rare_cases<Path> {
-  using base = with_rare_cases<Path>;
-  using V = typename Path::V;
-  using T = typename Path::type::scalar;
+// Accurate: 0.52 ULP. Special results as for float.
+struct tanpi_f64 : with_rare_cases<tanpi_f64_path> {
+  static constexpr double max_ulp = 0.518;
+  static constexpr double seams[] = {-0.5, -0x1p-1000, 0.0, 0x1p-1000, 0.25, 0.5, 0x1p53};
 
-  static i32x4 special(V x, const typename Path::constants& k) {
-    V y = x & k.magnitude;
-    return base::special(x, k) | as_words((y < V(k.least)) & (y != V{}));
-  }
-  static int rare(const T* x, T* result) {
-    if (is_not_finite(bits_of(*x))) return base::rare(x, result);
-    *result = times_pi(*x);
-    return ordinary;
+  static i32x4 special(f64x2 x, const constants& k) { return words(x & k.magnitude) - k.smallest > k.range; }
+  static int rare(const double* x, double* result) {
+    if (is_not_finite(bits_of(*x))) return with_rare_cases::rare(x, result);
+    return *result = times_pi(*x), ordinary;
   }
 
-  // pi x, rounded once, for tiny x.
-  VORX_INLINE static float times_pi(float x) { return static_cast<float>(x * 3.141592653589793); }
+ private:
+  // pi x, rounded once, for tiny x and zeros.
   VORX_INLINE static double times_pi(double x) {
     constexpr double up = 0x1p200, down = 0x1p-200;
     constexpr double first_normal = 0x1p-822;  // times `up`; and, as a summand, what rounds as subnormals do
@@ -150,20 +165,6 @@ struct with_tiny_arguments : with_rare_cases<Path> {
     }
     return from_bits(bits_of(y * down) | sign);
   }
-};
-
-// Accurate: 0.53 ULP, with each processor's estimate of the reciprocal. Special results: NaN for an infinity (invalid) and for
-// NaN; at zeros the sign of x for even integers and the other one for odd ones; at poles +infinity for n + 1/2 with even n,
-// -infinity with odd n; exactly +-1 at odd multiples of 1/4.
-struct tanpi_f32 : with_tiny_arguments<tanpi_f32_path> {
-  static constexpr double max_ulp = 0.535;
-  static constexpr float seams[] = {-0x1p31f, -0x1p-118f, 0.0f, 0x1p-118f, 0.25f, 0.5f, 0x1p31f};
-};
-
-// Accurate: 0.52 ULP. Special results as for float.
-struct tanpi_f64 : with_tiny_arguments<tanpi_f64_path> {
-  static constexpr double max_ulp = 0.518;
-  static constexpr double seams[] = {-0x1p59, -0x1p-1000, 0.0, 0x1p-1000, 0.25, 0.5, 0x1p59};
 };
 
 struct tanpi_f32_native_constants : tan_f32_quotient {
