@@ -1,26 +1,8 @@
-#include "tools/ulp/judge.h"
+#include "tools/ulp/judge_parts.h"
 
 #include <algorithm>
 
 namespace vorx::ulp {
-namespace {
-
-constexpr uint64_t sample_every = 4096;   // every so many results MPFR decides anyway, which checks the estimates
-constexpr int profile_fraction_bits = 3;  // classes of a binade in a float profile; a double one has binades only
-
-// Mixes a lane into a digest; 32-bit arithmetic, for it happens for every input.
-uint32_t mix(uint32_t h, uint64_t lane) {
-  h = (h ^ static_cast<uint32_t>(lane)) * 0x9e3779b1;
-  h = ((h ^ (h >> 15)) ^ static_cast<uint32_t>(lane >> 32)) * 0x85ebca6b;
-  return h ^ (h >> 13);
-}
-
-int profile_class(element type, uint64_t bits) {
-  return static_cast<int>(type == element::f32 ? bits >> (23 - profile_fraction_bits) : bits >> 52);
-}
-
-}  // namespace
-
 const char* name_of(fault f) {
   static const char* const names[] = {"NaN for a number",    "number for NaN", "signalling NaN", "infinity for a finite number",
                                       "finite for infinity", "sign of zero",   "wrong bits",     "depends on a neighbour lane"};
@@ -134,9 +116,7 @@ void judge::count(double error, double signed_error, bool correct, const argumen
   }
   found.measured++;
   found.correct += correct;
-  size_t bin = 0;
-  while (error > histogram_ends[bin]) bin++;
-  found.histogram[bin]++;
+  found.histogram[bin_of(error)]++;
   if (error > found.largest) {
     found.largest = error;
     found.worst = {in, out, 0, r};

@@ -1,22 +1,9 @@
 // The error of one real-valued result by an estimate in double or long double precision, where that settles it.
 #include <algorithm>
 
-#include "tools/ulp/judge.h"
+#include "tools/ulp/judge_parts.h"
 
 namespace vorx::ulp {
-namespace {
-
-int exponent_of(double x) { return static_cast<int>(std::bit_cast<uint64_t>(x) >> 52 & 0x7ff) - 1023; }
-int exponent_of(long double x) {
-  uint16_t field;
-  std::memcpy(&field, reinterpret_cast<const char*>(&x) + 8, 2);
-  return (field & 0x7fff) - 16383;
-}
-double power_of_two(int n, double) { return std::bit_cast<double>(static_cast<uint64_t>(n + 1023) << 52); }
-long double power_of_two(int n, long double) { return two_to(n); }
-
-}  // namespace
-
 double judge::number(const arguments& in, int a) const {
   kind k = entry_.of->form.arguments[a];
   return k == kind::real ? as_double(entry_.type, in[a]) : k == kind::i32 ? static_cast<int32_t>(in[a]) : 0;

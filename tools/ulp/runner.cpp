@@ -61,7 +61,10 @@ void runner::blocks(uint64_t first, uint64_t count, uint64_t stride) {
       for (size_t i = 0; i < block; i++) estimated_[b * block + i][r] = values[i];
     }
   call_among_peers(inputs_);
-  for (size_t i = 0; i < inputs_.size(); i++) judge_(inputs_[i], among_peers_[i], estimated_[i].data());
+  for (size_t b = 0; b < inputs_.size(); b += block) {
+    if (!estimates_[1] && judge_.take_plain(static_cast<uint32_t>(inputs_[b][0]), &among_peers_[b], &estimated_[b])) continue;
+    for (size_t i = b; i < b + block; i++) judge_(inputs_[i], among_peers_[i], estimated_[i].data());
+  }
   call_beside_hostile(inputs_);
 }
 
