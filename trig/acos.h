@@ -35,7 +35,7 @@ struct acos_f32 : kernel<f32, acos_f32_constants> {
 };
 
 // Accurate: 0.58 ULP. Special results as for float.
-struct acos_f64 : arccosine_path<f64, arcsine_in_radians_f64> {
+struct acos_f64 : arccosine_f64_path<arcsine_in_radians_f64> {
   static constexpr double max_ulp = 0.58;
   static constexpr double seams[] = {-1.0, -0.5, 0.5, 1.0};
 

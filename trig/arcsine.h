@@ -33,6 +33,32 @@ struct arcsine_f32_constants {
   }
 };
 
+// The result in half revolutions: v/pi = v (5/16 + T(4z)), with v in two parts where it is a root. The head of v is so short that
+// its product with 5/16 is exact, and the sum of this with a multiple of 1/2, too, but for |v| < 2^-11.
+struct arcsine_in_half_revolutions_f32 {
+  rep32 sign = bits32(0x80000000);
+  rep32 one = c(0x3f800000, 1.0f);
+  rep32 two = c(0x40000000, 2.0f);
+  rep32 head_bits = bits32(0xffffc000);  // 10 bits
+  rep32 leading = c(0x3ea00000, 0.3125f);
+  // asin v / pi = v (5/16 + T(4z)) on |v| <= 1/2, z = v^2: relative error 2^-27.5 (tables/fits/half_revolutions_f32.sollya)
+  rep32 t5 = c(0x375ef057, 1.32881896e-05f);
+  rep32 t4 = c(0x37f81341, 2.95728696e-05f);
+  rep32 t3 = c(0x396da516, 0.000226635806f);
+  rep32 t2 = c(0x3ac36b76, 0.00149093451f);
+  rep32 t1 = c(0x3c594d1f, 0.013263016f);
+  rep32 t0 = c(0x3bbe60d8, 0.00580988452f);
+
+  VORX_INLINE f32x4 behind_leading(f32x4 z4) const { return horner(z4, t5, t4, t3, t2, t1, t0); }
+
+  // origin + asin(v) / pi with t = T(4z): v is the argument itself or, where `is_root`, the root of w or its negative.
+  VORX_INLINE f32x4 add(f32x4 origin, f32x4 v, i32x4 is_root, f32x4 w, f32x4 t) const {
+    f32x4 head = v & head_bits;
+    f32x4 tail = select(is_root, (w - head * head) / (v + head), v - head);
+    return (origin + head * leading) + (tail * leading + v * t);
+  }
+};
+
 // ---- the double kernels: the root as head and tail, the sums of the large parts exact ----
 
 // The result in radians. The low part of a multiple of pi/2 is the multiple times low_part.
@@ -97,100 +123,68 @@ struct arcsine_in_half_revolutions_f64 {
   }
 };
 
-struct arcsine_in_half_revolutions_f32 {
-  rep32 right_angle = c(0x3f000000, 0.5f);
-  rep32 straight_angle = c(0x3f800000, 1.0f);
-  rep32 inv_pi = c(0x3ea2f983, 0.318309873f);
-  rep32 inv_pi_hi = c(0x3ea2f000, 0.318237305f);  // 12 bits
-  rep32 inv_pi_lo = c(0x389836e5, 7.25814971e-05f);
-  rep32 upper_half = bits32(upper_half_f32);
-  // asin v / pi - v / pi = v z P(z) on |v| <= 1/2, z = v^2: 2^-29 of v / pi (tables/fits/half_revolutions_f32.sollya)
-  rep32 p5 = c(0x3c307685, 0.0107704448f);
-  rep32 p4 = c(0x3bb1fc19, 0.00543166371f);
-  rep32 p3 = c(0x3c224865, 0.00990495551f);
-  rep32 p2 = c(0x3c689692, 0.014196055f);
-  rep32 p1 = c(0x3cc39275, 0.0238735471f);
-  rep32 p0 = c(0x3d594caf, 0.0530516468f);
-
-  VORX_INLINE f32x4 behind_p0(f32x4 z) const { return (((z * p5 + p4) * (z * z) + (z * p3 + p2)) * z + p1) * z; }
-  VORX_INLINE head_and_tail<f32x4> add(f32x4 constant, f32x4 v, f32x4 v_tail) const {
-    auto [head, tail] = cut(v, upper_half);
-    auto [sum, error] = fast_two_sum(constant, head * inv_pi_hi);
-    return {sum, error + (head * inv_pi_lo + (tail + v_tail) * inv_pi)};
-  }
-};
-
-template <class E, class Unit>
-struct arcsine_constants : Unit {
-  typename E::constant magnitude = pattern<E>(0x7fffffff, 0x7fffffffffffffff);
-  typename E::constant sign = pattern<E>(0x80000000, 0x8000000000000000);
-  typename E::constant root_bits = pattern<E>(upper_half_f32, upper_half_f64);
-  typename E::constant half = pattern<E>(0x3f000000, 0x3fe0000000000000);
-  typename E::constant one = pattern<E>(0x3f800000, 0x3ff0000000000000);
-  typename E::constant minus_one = pattern<E>(0xbf800000, 0xbff0000000000000);
-  typename E::constant four = pattern<E>(0x40800000, 0x4010000000000000);
+template <class Unit>
+struct arcsine_f64_constants : Unit {
+  rep64 magnitude = bits64(0x7fffffffffffffff);
+  rep64 sign = bits64(0x8000000000000000);
+  rep64 root_bits = bits64(upper_half_f64);
+  rep64 half = c(0x3fe0000000000000, 0.5);
+  rep64 one = c(0x3ff0000000000000, 1.0);
+  rep64 minus_one = c(0xbff0000000000000, -1.0);
+  rep64 four = c(0x4010000000000000, 4.0);
 };
 
 // The two ranges: v = x below one half, 2 s with the sign of `signs` above; head + tail is v, more exactly where it is a root.
-template <class V>
 struct arcsine_argument {
-  V small, v, head, tail;  // the first is a mask
+  f64x2 small, v, head, tail;  // the first is a mask
 };
-template <class V, class Mask, class C>
-VORX_INLINE arcsine_argument<V> select_argument(V x, V signs, V w, V z, Mask is_small, const C& k) {
+template <class C>
+VORX_INLINE arcsine_argument select_argument(f64x2 x, f64x2 signs, f64x2 w, f64x2 z, i64x2 is_small, const C& k) {
   in_order(is_small, z);  // or the compiler computes the complement of the mask as well
-  V small = as_float(is_small), root = sqrt(w);
+  f64x2 small = as_float(is_small), root = sqrt(w);
   root = (root + root) ^ signs;
-  V head = root & k.root_bits;
-  V tail = (z * k.four - head * head) / (root + head);
+  f64x2 head = root & k.root_bits;
+  f64x2 tail = (z * k.four - head * head) / (root + head);
   return {small, select(is_small, x, root), select(is_small, x, head), clear(small, tail)};
 }
 
 // a + v z P(z): the term with p0 is up to 2^-3.5 of the sum, and its sum with the head therefore exact; the terms behind it are
 // below 2^-6.
-template <class V, class C>
-VORX_INLINE V arcsine_sum(head_and_tail<V> a, V v, V z, const C& constants) {
-  V cube = v * z;
+template <class C>
+VORX_INLINE f64x2 arcsine_sum(head_and_tail<f64x2> a, f64x2 v, f64x2 z, const C& constants) {
+  f64x2 cube = v * z;
   in_order(cube, z);
   const C& k = behind(a.tail, constants);
-  V rest = cube * k.behind_p0(z) + a.tail;
+  f64x2 rest = cube * k.behind_p0(z) + a.tail;
   auto [sum, error] = fast_two_sum(a.head, cube * k.p0);
   return sum + (error + rest);
 }
 
-template <class E, class Unit>
-struct arcsine_path : kernel<E, arcsine_constants<E, Unit>> {
-  using typename kernel<E, arcsine_constants<E, Unit>>::constants;
-  using V = typename E::vector;
+template <class Unit>
+struct arcsine_f64_path : kernel<f64, arcsine_f64_constants<Unit>> {
+  using typename kernel<f64, arcsine_f64_constants<Unit>>::constants;
 
-  static V path(V x, const constants& k) {
-    V a = x & k.magnitude;
-    V w = k.half - a * k.half;
-    V z = min(a * a, w);
-    auto [small, v, head, tail] = select_argument(a, V(k.sign), w, z, a < as_float(k.half), k);  // false for a NaN
+  static f64x2 path(f64x2 x, const constants& k) {
+    f64x2 a = x & k.magnitude;
+    f64x2 w = k.half - a * k.half;
+    f64x2 z = min(a * a, w);
+    auto [small, v, head, tail] = select_argument(a, k.sign, w, z, a < as_float(k.half), k);  // false for a NaN
     return arcsine_sum(k.add(clear(small, k.right_angle), head, tail), v, z, k) ^ (x & k.sign);
   }
 };
 
-template <class E, class Unit>
-struct arccosine_path : kernel<E, arcsine_constants<E, Unit>> {
-  using typename kernel<E, arcsine_constants<E, Unit>>::constants;
-  using V = typename E::vector;
+template <class Unit>
+struct arccosine_f64_path : kernel<f64, arcsine_f64_constants<Unit>> {
+  using typename kernel<f64, arcsine_f64_constants<Unit>>::constants;
 
-  static V path(V x, const constants& k) {
-    V w = (x | k.sign) * k.half + k.half;
-    V z = min(x * x, w);
-    V above = as_float(x < z) & k.straight_angle;
+  static f64x2 path(f64x2 x, const constants& k) {
+    f64x2 w = (x | k.sign) * k.half + k.half;
+    f64x2 z = min(x * x, w);
+    f64x2 above = as_float(x < z) & k.straight_angle;
     auto [small, v, head, tail] = select_argument(x ^ k.sign, x & k.sign, w, z, z < w, k);
-    return arcsine_sum(k.add(select(as_int(small), V(k.right_angle), above), head, tail), v, z, k);
+    return arcsine_sum(k.add(select(as_int(small), f64x2(k.right_angle), above), head, tail), v, z, k);
   }
-  static i32x4 special(V x, const constants& k) {
-    auto beyond = (x | k.sign) <= as_float(k.minus_one);
-    if constexpr (E::lanes == 4)
-      return beyond;
-    else
-      return as_i32(beyond);
-  }
+  static i32x4 special(f64x2 x, const constants& k) { return as_i32((x | k.sign) <= as_float(k.minus_one)); }
 };
 
 // The arguments that the rare-case routines of both get: 1 and -1, for which they have a value, and what has none.

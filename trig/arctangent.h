@@ -23,41 +23,38 @@ VORX_INLINE f32x4 arctangent_factor(f32x4 z, const C& k) {
   return odd + z2 * horner(z2, k.a8, k.a6, k.a4, k.a2);
 }
 
-// Float, in half revolutions: v / pi + v z P(z), the leading product in two parts, its heads' product exact.
+// Float, in half revolutions: v/pi = v (9/32 + T(z)), T(z) = (z - centre) G(z), which is between -0.032 and 0.038. The head of v
+// is so short that its product with 9/32 is exact, and the difference of this and 1/2, too, from 2^-10 on.
 struct arctangent_in_half_revolutions_f32 {
   rep32 magnitude = bits32(0x7fffffff);
   rep32 sign = bits32(0x80000000);
   rep32 one = c(0x3f800000, 1.0f);
   rep32 right_angle = c(0x3f000000, 0.5f);
-  rep32 upper_half = bits32(upper_half_f32);
-  rep32 inv_pi = c(0x3ea2f983, 0.318309873f);
-  rep32 inv_pi_hi = c(0x3ea2f000, 0.318237305f);  // 12 bits
-  rep32 inv_pi_lo = c(0x389836e5, 7.25814971e-05f);
-  // atan v / pi - v / pi = v z P(z) on |v| <= 1, z = v^2: 2^-29 of v / pi (tables/fits/half_revolutions_f32.sollya)
-  rep32 p9 = c(0x39fc6931, 0.000481435593f);
-  rep32 p8 = c(0xbb40c317, -0.00294131576f);
-  rep32 p7 = c(0x3c09fb32, 0.00842170604f);
-  rep32 p6 = c(0xbc7ff42f, -0.0156221827f);
-  rep32 p5 = c(0x3cb777d3, 0.0223960038f);
-  rep32 p4 = c(0xbce8e719, -0.0284305084f);
-  rep32 p3 = c(0x3d108fe3, 0.0352934711f);
-  rep32 p2 = c(0xbd3a3b95, -0.0454669781f);
-  rep32 p1 = c(0x3d82611b, 0.0636617765f);
-  rep32 p0 = c(0xbdd94caf, -0.106103294f);
+  rep32 head_bits = bits32(0xffffc000);  // 10 bits
+  rep32 leading = c(0x3e900000, 0.28125f);
+  rep32 centre = c(0x3edfcd8c, 0.437115073f);
+  // atan v / pi = v (9/32 + (z - centre) G(z)) on |v| <= 1, z = v^2: relative error 2^-27.4
+  // (tables/fits/half_revolutions_f32.sollya)
+  rep32 g8 = c(0xba11a665, -0.000555610575f);
+  rep32 g7 = c(0x3b4d9995, 0.00313720596f);
+  rep32 g6 = c(0xbc085f9a, -0.00832357444f);
+  rep32 g5 = c(0x3c6ddf5c, 0.0145185851f);
+  rep32 g4 = c(0xbca56906, -0.0201916806f);
+  rep32 g3 = c(0x3cd49057, 0.0259477329f);
+  rep32 g2 = c(0xbd0b6fbb, -0.0340421014f);
+  rep32 g1 = c(0x3d47c811, 0.0487747826f);
+  rep32 g0 = c(0xbdada2a9, -0.0847829059f);
 
-  // For 0 <= u <= 1.
-  VORX_INLINE f32x4 angle(f32x4 u) const {
-    f32x4 z = u * u, z2 = z * z, cube = u * z;
-    auto [head, tail] = cut(u, upper_half);
-    tail = head * inv_pi_lo + tail * inv_pi;
-    head = head * inv_pi_hi;
-    in_order(tail, z);
-    f32x4 p = (z * p9 + p8) * z2 + (z * p7 + p6);
-    p = p * z2 + (z * p5 + p4);
-    p = p * z2 + (z * p3 + p2);
-    p = (p * z + p1) * z;
-    auto [sum, error] = fast_two_sum(head, cube * p0);
-    return sum + (error + (cube * p + tail));
+  // origin + atan(v) / pi for z = v^2. In pairs of coefficients, which nearly cancel each other for z near 1.
+  VORX_INLINE f32x4 add(f32x4 origin, f32x4 v, f32x4 z) const {
+    f32x4 z2 = z * z;
+    f32x4 g = z2 * g8 + (z * g7 + g6);
+    g = g * z2 + (z * g5 + g4);
+    g = g * z2 + (z * g3 + g2);
+    g = g * z2 + (z * g1 + g0);
+    f32x4 t = (z - centre) * g;
+    auto [head, tail] = cut(v, head_bits);
+    return (origin + head * leading) + (tail * leading + v * t);
   }
 };
 

@@ -38,7 +38,7 @@ struct asin_f32 : kernel<f32, asin_f32_constants> {
 };
 
 // Accurate: 0.58 ULP. Special results as for float.
-struct asin_f64 : arcsine_path<f64, arcsine_in_radians_f64> {
+struct asin_f64 : arcsine_f64_path<arcsine_in_radians_f64> {
   static constexpr double max_ulp = 0.585;
   static constexpr double seams[] = {-1.0, -0.5, 0.5, 1.0};
 
