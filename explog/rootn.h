@@ -56,6 +56,9 @@ struct rootn_f32 : kernel<f32, rootn_f32_constants> {
     in_order(low, ax);
     return narrow(low, root(widen_high(ax), upper_half(n), behind(low, k))) | sign_of_power(x, n);
   }
+  static f32x4 lower_half(f32x4 x, i32x4 n, const constants& k) {
+    return to_float(root(to_double(x & k.magnitude), n, k)) | sign_of_power(x, n);
+  }
   // |ln x / n| is below 104 for all others, whatever n is.
   static i32x4 special(f32x4 x, i32x4 n, const constants& k) {
     i32x4 negative_and_even = clear(n << 31, as_int(x));

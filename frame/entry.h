@@ -296,12 +296,19 @@ struct entry {
     return hide(&constant_pool<constants>);
   }
 
+  VORX_INLINE static auto on_path(const constants& k, auto... x) {
+    if constexpr (W <= 2 && has_lower_half<K>)
+      return K::lower_half(x..., k);
+    else
+      return K::path(x..., k);
+  }
+
   // The path on every step. The barrier behind each step keeps the next one from mingling with it, so that each has all the
   // registers that hold no argument or result.
   VORX_INLINE static out compute(const in& r, word w, const constants* k) {
     sink s = start(w);
     each_step([&](auto i) __attribute__((always_inline)) {
-      auto value = with_arguments(r, w, i, [k](auto... x) { return K::path(x..., *k); });
+      auto value = with_arguments(r, w, i, [k](auto... x) { return on_path(*k, x...); });
       if constexpr (!std::is_empty_v<constants>)
         if (in_memory || i + 1 < steps) asm volatile("" : "+r"(k), "+x"(first_register(value)));
       store_results(s, i, value);
@@ -343,7 +350,7 @@ struct entry {
     i32x4 flags = {_mm_setzero_si128()};
     each_step([&](auto i) __attribute__((always_inline)) {
       flags = flags | with_arguments(r, w, i, [k](auto... x) { return leaving_lanes(*k, x...); });
-      auto value = with_arguments(r, w, i, [k](auto... x) { return K::path(x..., *k); });
+      auto value = with_arguments(r, w, i, [k](auto... x) { return on_path(*k, x...); });
       asm volatile("" : "+r"(k), "+x"(first_register(value)), "+x"(flags.v));
       store_results(s, i, value);
     });
@@ -395,7 +402,7 @@ struct entry {
     if constexpr (has_large_path<K>)
       return K::large_path(x...);
     else
-      return K::path(x..., k);
+      return on_path(k, x...);
   }
 
   // The path, or the large path where there is one, on every lane; then the rare-case routine on each special lane that exists.

@@ -107,6 +107,13 @@ concept has_test_on_path = requires {
   K::test_on_path;
 };
 
+// A float kernel that works in double precision, on the lower two lanes and then on the upper two, may have the first of these as
+// a member `lower_half`, with the parameters of `path`: the entry points of one and two lanes take it.
+template <class K>
+concept has_lower_half = requires {
+  &K::lower_half;
+};
+
 // A kernel whose lane test flags every lane says so by a member `every_lane_special`: its entry points skip path and test.
 template <class K>
 concept always_special = requires {

@@ -31,6 +31,7 @@ struct acosh_f32 : kernel<f32, acosh_f32_constants> {
     f64x2 high = of_two(widen_high(x), behind(low, k));
     return narrow(low, high);
   }
+  static f32x4 lower_half(f32x4 x, const constants& k) { return to_float(of_two(to_double(x), k)); }
   static i32x4 special(f32x4 x, const constants& k) { return as_int(x) + k.from_one > k.largest; }
 
   static int rare(const float* x, float* result) { return acosh_of_special(*x, result); }

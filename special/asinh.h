@@ -24,9 +24,10 @@ struct asinh_f32 : kernel<f32, asinh_f32_constants> {
     in_order(low, x);
     const auto& k2 = behind(low, k);
     f64x2 high = of_two(widen_high(x & k2.magnitude), k2);
-    f32x4 y = narrow(low, high);
-    return select((x & k2.magnitude) < k2.tiny, x, y | (x & k2.sign));
+    return finished(x, narrow(low, high), k2);
   }
+  static f32x4 lower_half(f32x4 x, const constants& k) { return finished(x, to_float(of_two(to_double(x & k.magnitude), k)), k); }
+  static f32x4 finished(f32x4 x, f32x4 y, const constants& k) { return select((x & k.magnitude) < k.tiny, x, y | (x & k.sign)); }
   static i32x4 special(f32x4 x, const constants& k) { return (as_int(x) & k.magnitude) > k.largest_finite; }
 
   static int rare(const float* x, float* result) { return *result = opaque(*x) + *x, ordinary; }

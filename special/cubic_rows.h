@@ -31,10 +31,13 @@ VORX_INLINE f64x2 cubic_of_rows(f64x2 a, const char* table, uint32_t row_0, uint
   return (p * a + upper_lanes(lower_0, lower_1)) * a + lower_lanes(lower_0, lower_1);
 }
 
-// The same for four lanes, of |x|, rounded once.
+// The same of |x| for float lanes, rounded once: the lower two, and all four.
+VORX_INLINE f64x2 lower_cubics_of_rows(f32x4 x, i32x4 offsets, const double* rows, const cubic_rows_constants& k) {
+  return cubic_of_rows(to_double(x & k.magnitude), reinterpret_cast<const char*>(rows), extract<0>(offsets), extract<1>(offsets));
+}
 VORX_INLINE f32x4 cubic_of_rows(f32x4 x, i32x4 offsets, const double* rows, const cubic_rows_constants& k) {
   auto table = reinterpret_cast<const char*>(rows);
-  f64x2 low = cubic_of_rows(to_double(x & k.magnitude), table, extract<0>(offsets), extract<1>(offsets));
+  f64x2 low = lower_cubics_of_rows(x, offsets, rows, k);
   in_order(low, offsets);
   in_order(low, x);
   f64x2 high = cubic_of_rows(widen_high(x & behind(low, k).magnitude), table, extract<2>(offsets), extract<3>(offsets));

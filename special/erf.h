@@ -36,6 +36,10 @@ struct erf_f32 : kernel<f32, erf_f32_constants> {
     i32x4 offsets = cubic_row_offsets(as_int(x) & k.sixteenths, k.last_row, k);
     return cubic_of_rows(x, offsets, k.table.data(), k) | (x & k.sign);
   }
+  static f32x4 lower_half(f32x4 x, const constants& k) {
+    i32x4 offsets = cubic_row_offsets(as_int(x) & k.sixteenths, k.last_row, k);
+    return to_float(lower_cubics_of_rows(x, offsets, k.table.data(), k)) | (x & k.sign);
+  }
   static i32x4 special(f32x4 x, const constants& k) { return (as_int(x) & k.sixteenths) > k.largest; }
 
   static int rare(const float* x, float* result) { return erf_of_not_finite(*x, result); }

@@ -75,6 +75,7 @@ struct erfc_f32 : kernel<f32, erfc_by_cubics_constants> {
     in_order(low, x);
     return narrow(low, erfc_f64_native::path(widen_high(x), behind(low, k)));
   }
+  static f32x4 lower_half(f32x4 x, const constants& k) { return to_float(erfc_f64_native::path(to_double(x), k)); }
 };
 
 struct erfc_f32_native_constants {

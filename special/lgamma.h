@@ -146,6 +146,7 @@ struct lgamma_f32 : kernel<f32, lgamma_f32_constants> {
     const auto& again = behind(low, k);
     return narrow(low, from_rows(clamped(widen_high(x), again), f64x2{}, again));
   }
+  static f32x4 lower_half(f32x4 x, const constants& k) { return to_float(from_rows(clamped(to_double(x), k), f64x2{}, k)); }
   VORX_INLINE static f64x2 clamped(f64x2 x, const constants& k) { return max(min(x, k.last), k.first); }
 
   // log gamma(x + shift), where shift is 0 or 1 and the sum in [1/2, 36]. Multiples of 1/16 are next to x.

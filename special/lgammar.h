@@ -16,6 +16,9 @@ struct lgammar_kernel : Logarithm {
   VORX_INLINE static i32x4 positive() { return as_int(ones<f32x4, 31, 0>()); }
 
   static two<V, i32x4> path(V x, const constants& k) { return {Logarithm::path(x, k), positive()}; }
+  static two<V, i32x4> lower_half(V x, const constants& k) requires has_lower_half<Logarithm> {
+    return {Logarithm::lower_half(x, k), positive()};
+  }
   static two<V, i32x4> large_path(V x) { return {Logarithm::large_path(x), positive()}; }
 
   static int rare(const T* x, T* result, int32_t* sign) {

@@ -49,6 +49,7 @@ struct tgamma_f32 : kernel<f32, tgamma_f32_constants> {
     in_order(low, x);
     return narrow(low, in_double(widen_high(x), behind(low, k)));
   }
+  static f32x4 lower_half(f32x4 x, const constants& k) { return to_float(in_double(to_double(x), k)); }
   // gamma(x) for x >= 0, +inf for +inf. With c the multiple of 1/16 next to x: row of c, or of 1 + c for x < 1.
   VORX_INLINE static f64x2 in_double(f64x2 x, const constants& k) {
     f64x2 y = max(min(x, k.last), f64x2{});

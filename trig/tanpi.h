@@ -25,9 +25,23 @@ struct tanpi_f32_constants {
   rep64 q0 = c(0x3ff0000000000000, 1.0);
 };
 
-// Float: with the nearest integer n, even where two are as near, and d = x - n, exact: tan(pi d) = d P(z) / ((1/4 - z) Q(z)) in
+// Accurate: 0.5001 ULP. Special results: NaN for an infinity (invalid) and for NaN; at zeros the sign of x for even integers and
+// the other one for odd ones; at poles +infinity for n + 1/2 with even n, -infinity with odd n; exactly +-1 at odd multiples of
+// 1/4.
+//
+// With the nearest integer n, even where two are as near, and d = x - n, exact: tan(pi d) = d P(z) / ((1/4 - z) Q(z)) in
 // double precision, z = d^2. 1/4 - z is exact wherever it is small, so the neighbours of the poles need no care.
-struct tanpi_f32_path : kernel<f32, tanpi_f32_constants> {
+struct tanpi_f32 : kernel<f32, tanpi_f32_constants> {
+  static constexpr double max_ulp = 0.5001;
+  static constexpr float seams[] = {-0.5f, 0.0f, 0.25f, 0.5f, 0x1p31f};
+
+  static f32x4 path(f32x4 x, const constants& k) {
+    f32x4 d = less_integer(x, k);
+    f64x2 low = tangent(to_double(d), k);
+    return narrow(low, tangent(widen_high(d), behind(low, k)));
+  }
+  static f32x4 lower_half(f32x4 x, const constants& k) { return to_float(tangent(to_double(less_integer(x, k)), k)); }
+
   // x less n; an even n leaves a zero with the sign of x, an odd one a zero with the other sign. The subtraction gives +0: what
   // takes that sign before and gives it back after turns zeros only. (From 2^31 all are even, and so is what the conversion
   // gives.)
@@ -38,27 +52,6 @@ struct tanpi_f32_path : kernel<f32, tanpi_f32_constants> {
   VORX_INLINE static f64x2 tangent(f64x2 d, const constants& k) {
     f64x2 z = d * d;
     return d * horner(z, k.p3, k.p2, k.p1, k.p0) / ((k.quarter - z) * horner(z, k.q2, k.q1, k.q0));
-  }
-};
-
-// For one or two lanes: half the work.
-struct tanpi_f32_lower_half : tanpi_f32_path {
-  static f32x4 path(f32x4 x, const constants& k) { return to_float(tangent(to_double(less_integer(x, k)), k)); }
-};
-
-// Accurate: 0.5001 ULP. Special results: NaN for an infinity (invalid) and for NaN; at zeros the sign of x for even integers and
-// the other one for odd ones; at poles +infinity for n + 1/2 with even n, -infinity with odd n; exactly +-1 at odd multiples of
-// 1/4.
-struct tanpi_f32 : tanpi_f32_path {
-  static constexpr double max_ulp = 0.5001;
-  static constexpr float seams[] = {-0.5f, 0.0f, 0.25f, 0.5f, 0x1p31f};
-  template <int width>
-  using at = std::conditional_t<width <= 2, tanpi_f32_lower_half, tanpi_f32>;
-
-  static f32x4 path(f32x4 x, const constants& k) {
-    f32x4 d = less_integer(x, k);
-    f64x2 low = tangent(to_double(d), k);
-    return narrow(low, tangent(widen_high(d), behind(low, k)));
   }
 };
 
