@@ -20,9 +20,9 @@ struct atanh_f32_constants {
   rep32 one = c(0x3f800000, 1.0f);
   rep32 half = c(0x3f000000, 0.5f);
   rep32 upper_half = bits32(0xfffff000);  // 12 bits: products of two such numbers are exact
-  rep32 two_thirds = bits32(0x3f2aaaab);
-  rep32 significand = bits32(0x007fffff);
-  rep32 ln2 = c(0x3f317218, 0.693147182f);
+  rep32 minus_two_thirds = bits32(0xbf2aaaab);
+  rep32 exponent = bits32(0xff800000);
+  rep32 half_ln2 = c(0x33317218, 4.131479e-08f);  // of 0.693147182 (0x3f317218), times 2^-23
   // ln(1 + r) on |r| <= 1/3, fixed term r: relative error 2^-24.6 (tables/fits/polynomials.sollya)
   rep32 c9 = c(0x3e0d84ed, 0.138202384f);
   rep32 c8 = c(0xbe1ad9e3, -0.151221797f);
@@ -36,44 +36,56 @@ struct atanh_f32_constants {
 };
 
 // Accurate: 2.10 ULP. Special results: atanh(+-0) = +-0, atanh(+-1) = +-inf, NaN beyond and for NaN.
+//
+// All but two or three operations are one chain, so that what counts is how many of them wait at a time: hence the signs of d and
+// s, which save copies, and the half of r.
 template <class Reciprocal = hardware_reciprocal>
 struct atanh_f32_with : kernel<f32, atanh_f32_constants> {
   static constexpr double max_ulp = 2.10;
   static constexpr float seams[] = {-1.0f, -0.2f, 0.0f, 0.2f, 1.0f};
 
   static f32x4 path(f32x4 x, const constants& k) {
-    // q = 2a / (1 - a) = q_hi + q_lo: numerator and denominator in parts, the processor's estimate of the reciprocal of the
+    // q = 2a / (1 - a), and d = a - 1 = d_hi - d_lo: -q = q_hi + q_lo from the processor's estimate of the reciprocal of the
     // denominator's upper half, cut to 12 bits, and its error e.
     f32x4 a = x & k.magnitude;
-    f32x4 d = k.one - a;
-    f32x4 n = a + a;
-    f32x4 d_hi = d & k.upper_half, n_hi = n & k.upper_half;
-    f32x4 d_lo = (d - d_hi) + ((k.one - d) - a);
-    f32x4 n_lo = n - n_hi;
+    f32x4 d_hi = (a - k.one) & k.upper_half;
     f32x4 y = Reciprocal::estimate(d_hi) & k.upper_half;
-    f32x4 e = (k.one - d_hi * y) - d_lo * y;
-    e = e + e * e;
+    f32x4 d_lo = (d_hi + k.one) - a;  // the sum is exact: both are multiples of 2^-24
+    f32x4 n = a + a;
+    f32x4 n_hi = n & k.upper_half;
+    f32x4 n_lo = n - n_hi;
+    f32x4 e = (d_hi * y - k.one) - d_lo * y;
+    e = e * e - e;
     f32x4 q_hi = n_hi * y;  // exact
     f32x4 q_tail = n_lo * y;
     f32x4 q_lo = e * q_hi + (q_tail + e * q_tail);
 
-    // 1 + q = s + t
-    f32x4 q = q_hi + q_lo;
-    f32x4 larger = max(k.one, q), smaller = min(k.one, q);
-    f32x4 s = larger + smaller;
-    f32x4 t = ((larger - s) + smaller) + ((q_hi - q) + q_lo);
+    // 1 + q = t - s. The first two sums of t are exact: 1 + s is but for the largest a, where it is off by 1 in 2^25, and q_hi is
+    // so close to q that s takes it up.
+    f32x4 s = (q_hi + q_lo) - k.one;
+    f32x4 t = ((k.one + s) - q_hi) - q_lo;
 
-    // s = 2^m f with f in [2/3, 4/3), and ln(2^m (1 + r))
-    i32x4 above = as_int(s) - k.two_thirds;
-    i32x4 m = above >> 23;
-    f32x4 f = as_float((above & k.significand) + k.two_thirds);
-    f32x4 r = (f - k.one) + t * as_float(as_int(k.one) - (m << 23));
-    f32x4 p = horner(r, k.c9, k.c8, k.c7, k.c6, k.c5, k.c4, k.c3, k.c2) * r * r + r;
-    return (to_float(m) * k.ln2 + p) * (k.half ^ (x & k.sign));
+    // -s = 2^m f with f in [2/3, 4/3), m in the exponent's place, and ln(2^m (1 + r)) / 2
+    i32x4 m = (as_int(s) - k.minus_two_thirds) & k.exponent;
+    f32x4 f_less_1 = as_float(as_int(s) - m) + k.one;  // negative
+    in_order(f_less_1, t);
+    f32x4 r = t * as_float(as_int(k.one) - m) - f_less_1;
+    f32x4 half_r = r * k.half;
+    f32x4 p = horner(r, k.c9, k.c8, k.c7, k.c6, k.c5, k.c4, k.c3, k.c2) * r * half_r + half_r;
+    return (to_float(m) * k.half_ln2 + p) | (x & k.sign);
   }
   static i32x4 special(f32x4 x, const constants& k) { return (as_int(x) & k.magnitude) > k.below_one; }
 
   static int rare(const float* x, float* result) { return atanh_of_not_inside(*x, result); }
+
+  // In one register the lane test is what the path needs anyway: a - 1 is negative for ordinary lanes only.
+  struct of_one_register;
+  template <int width>
+  using at = std::conditional_t<width <= 4, of_one_register, atanh_f32_with>;
+};
+template <class Reciprocal>
+struct atanh_f32_with<Reciprocal>::of_one_register : atanh_f32_with<Reciprocal> {
+  static i32x4 special(f32x4 x, const atanh_f32_constants& k) { return {~as_int((x & k.magnitude) - k.one).v}; }
 };
 using atanh_f32 = atanh_f32_with<>;
 
