@@ -25,37 +25,35 @@ struct sinh_f32 : kernel<f32, sinh_cosh_f32_constants> {
 };
 
 struct sinh_f32_native_constants {
-  rep32 magnitude = bits32(0x7fffffff);
-  rep32 sign = bits32(0x80000000);
   rep32 log2e = c(0x3fb8aa3b, 1.44269502f);
-  rep32 shifter = c(0x4b400000, 12582912.0f);
-  rep32 largest = c(0x4b400081, 12583041.0f);  // shifter + 129
+  rep32 shifter = c(0x4b400081, 12583041.0f);   // 1.5 x 2^23 + 129: the sum has n + 129 in its low bits
+  rep32 largest = c(0x4b400102, 12583170.0f);   // n = 129
+  rep32 smallest = c(0x4b400000, 12582912.0f);  // n = -129
   rep32 ln2 = c(0x3f317218, 0.693147182f);
-  rep32 quarter = c(0x3e800000, 0.25f);
-  // sinh r = r + s1 r^3 and cosh r = 1 + c1 r^2 on |r| <= ln 2 / 2: relative error of the result 2^-12.7
+  rep32 four = bits32(4u << 23);          // n + 129 less 4 is the exponent field of 2^(n-2), and
+  rep32 twice_bias = bits32(254u << 23);  // 254 less n + 129 that of 2^(-n-2)
+  // sinh r = r + c1 s1 r^3 and cosh r = 1 + c1 r^2 on |r| <= ln 2 / 2: relative error of the result 2^-12.7
   // (tables/fits/sinh_f32_native.sollya)
-  rep32 s1 = c(0x3e2a64c3, 0.1664f);
   rep32 c1 = c(0x3f00f27c, 0.5037f);
-  rep32 one = c(0x3f800000, 1.0f);
+  rep32 s1 = c(0x3ea92457, 0.330355376f);
 };
 
-// Native: relative error 2^-12.6, at zero too; special results as above. A and B are halved, so that neither overflows where the
-// result does not.
+// Native: relative error 2^-12.6, at zero too; special results as above. n and r have the sign of x, and a power below the normal
+// range is 0. A and B are halved, so that neither overflows where the result does not, and B is negated, so that -0 stays -0.
 struct sinh_f32_native : kernel<f32, sinh_f32_native_constants> {
   static constexpr double max_ulp = 2360;
   static constexpr float seams[] = {-89.4159927f, 0.0f, 89.4159927f};
 
   static f32x4 path(f32x4 x, const constants& k) {
-    f32x4 y = x & k.magnitude;
-    f32x4 t = min(k.largest, y * k.log2e + k.shifter);
+    f32x4 t = max(min(x * k.log2e + k.shifter, k.largest), k.smallest);
     i32x4 e = as_int(t) << 23;
-    f32x4 r = y - (t - k.shifter) * k.ln2;
-    f32x4 high = as_float(as_int(k.quarter) + e);
-    f32x4 low = as_float(as_i32(subtract_or_zero(as_i64(as_int(k.quarter)), as_i64(e))));
-    f32x4 r2 = r * r;
-    f32x4 sinh_r = r * (k.one + r2 * k.s1), cosh_r = k.one + r2 * k.c1;
-    f32x4 s = (high + low) * sinh_r + (high - low) * cosh_r;
-    return (s + s) | (x & k.sign);
+    f32x4 r = x - (t - k.shifter) * k.ln2;
+    f32x4 low = as_float(as_i32(subtract_or_zero(as_i64(as_int(k.twice_bias)), as_i64(e))));
+    f32x4 high = as_float(as_i32(subtract_or_zero(as_i64(e), as_i64(as_int(k.four)))));
+    f32x4 a = (high + low) * r;
+    f32x4 minus_b = low - high;
+    f32x4 s = (a - minus_b) + (r * r * k.c1) * (a * k.s1 - minus_b);
+    return s + s;
   }
 };
 
