@@ -10,6 +10,7 @@
 #include <smmintrin.h>
 
 #include <cstdint>
+#include <type_traits>
 
 namespace vorx {
 
@@ -113,7 +114,7 @@ VORX_INLINE i64x2 select(i64x2 mask, i64x2 a, i64x2 b) { return as_int(select(ma
 template <class V, int above, int below>
 VORX_INLINE V ones() {
   V a;
-  if constexpr (sizeof(a.v[0]) == 4)
+  if constexpr (sizeof(a.v[0]) == 4 || std::is_same_v<V, i32x4>)
     asm("pcmpeqd %0, %0\n\t.if %c1\n\tpslld %1, %0\n\t.endif\n\tpsrld %2, %0"
         : "=x"(a.v)
         : "i"(below ? above + below : 0), "i"(above));

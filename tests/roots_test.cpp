@@ -144,6 +144,7 @@ TEST(Roots, LaneTests) {
   expect_positive_normal_taken<cbrt_f64>();
   EXPECT_FALSE(flagged<inv_f32>(least<float>));
   EXPECT_TRUE(flagged<inv_f64>(-least<double>));
+  EXPECT_TRUE(flagged<inv_f64>(std::nextafter(std::numeric_limits<double>::min(), 0.0)));
   EXPECT_FALSE(flagged<inv_f64>(std::numeric_limits<double>::min()));
 
   // The bounds of the sum of squares are 0x1e300000, that is 1.375 x 2^-67, and 0x60a00000, 1.25 x 2^66; 2^-960 and 2^1021.
