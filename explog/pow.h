@@ -27,17 +27,23 @@ struct pow_f32 : kernel<f32, pow_f32_constants> {
   static constexpr float seams[] = {0x1p-126f, 0x1.fc0002p-1f, 1.0f, 0x1.03fffep0f};  // of x
   static constexpr bool test_on_path = true;
 
-  static f32x4 path(f32x4 x, f32x4 y, const constants& k) { return exp_of_product(times_ln(y, ln_of_power(x, k), k), k, k); }
   // An infinite or NaN y makes a product that is not a number, and so is above the limit.
-  static i32x4 large(f32x4 x, f32x4 y, const constants& k) {
-    i32x4 product = as_int(times_ln(y, ln_of_power(x, k), k).head);
-    return not_in_power_range(x, k) | ((product & k.magnitude) > k.limit);
+  static power_f32_halfway first_half(f32x4 x, f32x4 y, const constants& k) {
+    auto ln = ln_of_power(x, k);
+    in_register(x), in_register(y);
+    auto product = times_ln(y, ln, k);
+    in_register(x), in_register(y);
+    return {product, not_in_power_range(x, k) | ((as_int(copy(product.head)) & k.magnitude) > k.limit)};
   }
+  static f32x4 second_half(const power_f32_halfway& h, const constants& k) { return exp_of_product(h.product, k, k); }
+  static f32x4 path(f32x4 x, f32x4 y, const constants& k) { return second_half(first_half(x, y, k), k); }
+  static i32x4 large(f32x4 x, f32x4 y, const constants& k) { return first_half(x, y, k).flags; }
   // Lanes that are not large have the bits of the path.
   static f32x4 large_path(f32x4 x, f32x4 y) {
     const constants& k = constant_pool<constants>;
     f32x4 in_double = {powers_in_double(x.v, to_double(y).v, widen_high(y).v)};
-    return select(large(x, y, k), in_double, path(x, y, k));
+    auto halfway = first_half(x, y, k);
+    return select(halfway.flags, in_double, second_half(halfway, k));
   }
   static i32x4 special(f32x4 x, f32x4 y, const constants& k) { return not_positive_finite(x, k) | not_finite(y, k); }
   static int rare(const float* x, const float* y, float* result) {

@@ -13,14 +13,12 @@ struct power_f32_range_constants {
 };
 struct power_f32_constants : power_f32_range_constants {
   rep32 significand = bits32(0x007fffff);
-  rep32 index_digits = bits32(0x007f0000);
-  rep32 index_half = bits32(0x00010000);
-  rep32 row = bits32(0x007f0);  // 16 times an index from 0 to 64
-  rep32 bias = bits32(127);
+  rep32 row = bits32(0x007f0);  // 16 times an index from 0 to 127
   rep32 one = c(0x3f800000, 1.0f);
+  rep32 minus_one = c(0xbf800000, -1.0f);  // beside `one`, so that neither stays in a register for the other
   rep32 upper_part = bits32(0x7fffc000);
-  rep32 ln2_hi = c(0x3f317000, 0.693115234f);  // low 12 bits zero: k * ln2_hi is exact
-  rep32 ln2_lo = c(0x3805fdf4, 3.19461833e-05f);
+  rep32 ln2_hi = c(0x33b17000, 0x1.62ep-1f * 0x1p-23f);  // low 12 bits zero: k * ln2_hi is exact
+  rep32 ln2_lo = c(0x2c85fdf4, 0x1.0bfbe8p-15f * 0x1p-23f);
   rep32 next_to_one = bits32(0x407e0000);
   rep32 next_to_one_limit = bits32(0x7ffc0000);
   rep32 splitter = c(0x45800800, 4097.0f);
@@ -31,6 +29,7 @@ struct power_f32_constants : power_f32_range_constants {
 
   rep32 log2e = c(0x3fb8aa3b, 1.44269502f);
   rep32 shifter = c(0x4b400000, 12582912.0f);  // 1.5 x 2^23: the sum carries n in its low bits
+  rep32 minus_shifter = c(0xcb400000, -12582912.0f);
   rep32 step_hi = c(0x3f317200, 0.693145752f);
   rep32 step_lo = c(0x35bfbe8e, 1.42860677e-06f);
 
@@ -43,44 +42,60 @@ static_assert(low_zero_bits(power_f32_constants{}.ln2_hi) >= 8);
 static_assert(low_zero_bits(power_f32_constants{}.step_hi) >= 9);
 static_assert(sizeof(powlnf_row) == 16);
 
-// ln x as hi + lo, x positive and normal. x = 2^k m, m = (1 + r) c.
+// ln x as hi + lo, x normal and positive; ln |x| for normal x of either sign. x = 2^k m, m = (1 + r) c.
+enum class base { positive, either_sign };
+template <base of = base::positive>
 VORX_INLINE head_and_tail<f32x4> ln_of_power(f32x4 x, const power_f32_constants& k) {
-  i32x4 bits = as_int(x);
-  i32x4 offset = shift_right_logical((bits & k.index_digits) + k.index_half, 13) & k.row;
-  f32x4 hi = load_aligned(reinterpret_cast<const float*>(row_address<0>(powlnf_tab, offset, 0)));
-  f32x4 lo = load_aligned(reinterpret_cast<const float*>(row_address<1>(powlnf_tab, offset, 0)));
-  in_order(lo, offset);
-  f32x4 reciprocal = load_aligned(reinterpret_cast<const float*>(row_address<2>(powlnf_tab, offset, 0)));
-  f32x4 unused = load_aligned(reinterpret_cast<const float*>(row_address<3>(powlnf_tab, offset, 0)));
-  transpose(hi, lo, reciprocal, unused);
+  auto bits = [&] { return copy(as_int(x)); };
+  auto bits_of_magnitude = [&] { return of == base::positive ? bits() : bits() & k.magnitude; };
 
-  f32x4 m = as_float((bits & k.significand) | k.one);
-  f32x4 m_hi = m & k.upper_part;
-  f32x4 r_hi = m_hi * reciprocal - k.one, r_lo = (m - m_hi) * reciprocal;  // the first is exact
+  static_assert(sizeof(powlnf_row) == 1 << (23 - 7 - 12));
+  auto [hi, lo, reciprocal] = gather_triples(&powlnf_tab[0].hi, shift_right_logical(bits(), 12) & k.row);
+
+  f32x4 m = as_float((bits() & k.significand) | k.one);
+  f32x4 e = to_float(bits_of_magnitude() - as_int(m));             // 2^23 k
+  f32x4 head = copy(e) * k.ln2_hi + hi, tail = e * k.ln2_lo + lo;  // the first is exact
+  in_order(head, m), in_order(tail, m);
+  f32x4 m_hi = copy(m) & k.upper_part;
+  f32x4 r_lo = (m - m_hi) * reciprocal, r_hi = m_hi * reciprocal + k.minus_one;  // both are exact
+  head = head + r_hi;                                                            // exact too
   f32x4 r = r_hi + r_lo;
-  f32x4 e = to_float(shift_right_logical(bits, 23) - k.bias);
-  f32x4 head = e * k.ln2_hi + (hi + r_hi);
-  f32x4 tail = ((r * k.c4 + k.c3) * r + k.c2) * (r * r) + (e * k.ln2_lo + lo);
+  in_register(x);
+  tail = ((copy(r) * k.c4 + k.c3) * r + k.c2) * (r * r) + tail;
   // Next to one, k = 0 and ln c = 0, or they cancel: r_lo belongs to the head.
-  f32x4 next_to_one = as_float((bits + k.next_to_one) > k.next_to_one_limit);
-  return {head + (next_to_one & r_lo), tail + clear(next_to_one, r_lo)};
+  f32x4 to_head = as_float((bits_of_magnitude() + k.next_to_one) > k.next_to_one_limit) & r_lo;
+  in_order(to_head, r_lo);  // or the compiler makes the difference of an and-not with the mask, which takes a copy
+  return {head + to_head, tail + (to_head ^ r_lo)};
+}
+
+// ln x as the sum of twelve bits and the rest.
+VORX_INLINE head_and_tail<f32x4> twelve_bits_and_rest(head_and_tail<f32x4> ln, const power_f32_constants& k) {
+  f32x4 s = ln.head + ln.tail, s_scaled = copy(s) * k.splitter;
+  f32x4 s_hi = (s + s_scaled) - s_scaled;
+  return {s_hi, ln.tail + (ln.head - s_hi)};
 }
 
 // y ln x: the head is exact for what it is the product of; not a number where |y| is so large that its split overflows.
 VORX_INLINE head_and_tail<f32x4> times_ln(f32x4 y, head_and_tail<f32x4> ln, const power_f32_constants& k) {
-  f32x4 y_scaled = y * k.splitter;
+  auto [s_hi, s_lo] = twelve_bits_and_rest(ln, k);
+  f32x4 y_scaled = copy(y) * k.splitter;
   f32x4 y_hi = y_scaled - (y_scaled - y), y_lo = y - y_hi;
-  f32x4 s = ln.head + ln.tail, s_scaled = s * k.splitter;
-  f32x4 s_hi = (s + s_scaled) - s_scaled, s_lo = ln.tail + (ln.head - s_hi);
   return {s_hi * y_hi, s_lo * y_hi + (s_hi * y_lo + s_lo * y_lo)};
 }
 
+// A lane test and what it is of.
+struct power_f32_halfway {
+  head_and_tail<f32x4> product;
+  i32x4 flags;
+};
+
 // e^(head + tail), for |head| < 87.3; with the coefficients of its owner.
 VORX_INLINE f32x4 exp_of_product(head_and_tail<f32x4> p, const power_f32_constants& k, const auto& e) {
-  f32x4 t = p.head * k.log2e + k.shifter;
-  f32x4 n = t - k.shifter;
-  f32x4 q = ((p.head - n * k.step_hi) - n * k.step_lo) + p.tail;
-  return as_float(as_int(horner(q, e.g5, e.g4, e.g3, e.g2, e.g1, e.g0)) + (as_int(t) << 23));
+  f32x4 t = copy(p.head) * k.log2e + k.shifter;
+  f32x4 n = copy(t) + k.minus_shifter;
+  f32x4 q = ((p.head - copy(n) * k.step_hi) - n * k.step_lo) + p.tail;
+  f32x4 y = horner(q, copy(q) * e.g5 + e.g4, e.g3, e.g2, e.g1, e.g0);
+  return as_float(as_int(y) + (as_int(t) << 23));
 }
 
 // Not a positive normal number below the largest.

@@ -21,6 +21,9 @@ struct pown_f32_constants : power_f32_constants {
   rep32 limit = c(0x42ae9a00, 87.30078125f);  // of |n ln x|
   rep32 longest = bits32(0x01000000);         // |n|: a longer n is rounded as a float
   rep32 smallest_normal = bits32(0x00800000);
+  rep32 coarse_limit = c(0x42ae8000, 87.25f);
+  rep32 short_bias = bits32(0x80001000);  // moves -4096 to the smallest integer
+  rep32 shortest_end = bits32(0x80002000);
 };
 
 // Accurate: 12.2 ULP. pown(x, 0) = 1, for NaN too; 1^n = 1.00000012 for other n. +-0 to a negative power is an infinity, to a
@@ -30,25 +33,51 @@ struct pown_f32 : kernel<f32, pown_f32_constants> {
   static constexpr float seams[] = {0x1p-126f, 0x1.fc0002p-1f, 1.0f, 0x1.03fffep0f};
   static constexpr bool test_on_path = true;
 
-  static head_and_tail<f32x4> product(f32x4 ax, i32x4 n, const constants& k) {
-    return times_ln(to_float(n), ln_of_power(ax, k), k);
+  // Twelve bits of n at most: its product with the twelve of the logarithm is exact.
+  static head_and_tail<f32x4> short_product(f32x4 x, i32x4 n, const constants& k) {
+    auto [s_hi, s_lo] = twelve_bits_and_rest(ln_of_power<base::either_sign>(x, k), k);
+    f32x4 y = to_float(n);
+    return {s_hi * y, s_lo * y};
   }
-  static f32x4 path(f32x4 x, i32x4 n, const constants& k) {
+  static f32x4 power_of_product(head_and_tail<f32x4> p, f32x4 x, i32x4 n, const constants& k) {
+    in_register(x), in_register(n);
     i32x4 n_is_zero = n == i32x4{_mm_setzero_si128()};  // -1 where the exponential is 1.00000012
-    i32x4 y = as_int(exp_of_product(product(x & k.magnitude, n, k), k, k)) + n_is_zero;
+    i32x4 y = as_int(exp_of_product(p, k, k)) + n_is_zero;
     return as_float(y) | sign_of_power(x, n);
   }
-  // Also an n that is not exact as a float, and results below the normal range.
-  static i32x4 large(f32x4 x, i32x4 n, const constants& k) {
-    f32x4 ax = x & k.magnitude;
-    auto p = product(ax, n, k);
-    i32x4 too_long = as_int(k.longest) - magnitude(n), too_small = as_int(exp_of_product(p, k, k)) - k.smallest_normal;
-    return not_in_power_range(ax, k) | ((as_int(p.head) & k.magnitude) > k.limit) | too_long | too_small;
+
+  struct halfway {
+    f32x4 x;
+    i32x4 n;
+    head_and_tail<f32x4> product;
+    i32x4 flags;
+  };
+  // The lane test lets through what is easy to tell, and it is less than what the path is right for. x that is not between the
+  // smallest normal number and the largest has k = -127 or 128, or the logarithm of the latter: 87.33 or more, and so has its
+  // product with any n but 0, for which the path makes 1 of them. Up to 87.25, the product's tail is less than 0.05: the result
+  // is normal.
+  static halfway first_half(f32x4 x, i32x4 n, const constants& k) {
+    auto product = short_product(x, n, k);
+    in_register(x), in_register(n);
+    return {x, n, product,
+            ((as_int(copy(product.head)) & k.magnitude) > k.coarse_limit) | (copy(n) + k.short_bias > k.shortest_end)};
   }
+  static f32x4 second_half(const halfway& h, const constants& k) { return power_of_product(h.product, h.x, h.n, k); }
+  static f32x4 path(f32x4 x, i32x4 n, const constants& k) { return second_half(first_half(x, n, k), k); }
+  static i32x4 large(f32x4 x, i32x4 n, const constants& k) { return first_half(x, n, k).flags; }
+  // Of the lanes that are large, those that the path of floats is right for with n in two parts have its bits; all others, and
+  // no neighbour has any others beside them.
   static f32x4 large_path(f32x4 x, i32x4 n) {
     const constants& k = constant_pool<constants>;
-    f32x4 in_double = {powers_in_double((x & k.magnitude).v, to_double(n).v, to_double(upper_half(n)).v)};
-    return select(large(x, n, k), in_double | sign_of_power(x, n), path(x, n, k));
+    f32x4 ax = x & k.magnitude;
+    auto product = times_ln(to_float(n), ln_of_power(ax, k), k);
+    // Not exact as a float; results below the normal range.
+    i32x4 too_long = as_int(k.longest) - magnitude(n), too_small = as_int(exp_of_product(product, k, k)) - k.smallest_normal;
+    i32x4 too_large = not_in_power_range(ax, k) | ((as_int(product.head) & k.magnitude) > k.limit) | too_long | too_small;
+    f32x4 in_floats = power_of_product(product, x, n, k);
+    if (sign_mask(as_float(too_large)) == 0) return in_floats;
+    f32x4 in_double = {powers_in_double(ax.v, to_double(n).v, to_double(upper_half(n)).v)};
+    return select(too_large, in_double | sign_of_power(x, n), in_floats);
   }
   static i32x4 special(f32x4 x, i32x4, const constants& k) { return not_positive_finite(x & k.magnitude, k); }
   static int rare(const float* x, const int32_t* n, float* result) {
@@ -57,7 +86,8 @@ struct pown_f32 : kernel<f32, pown_f32_constants> {
 };
 
 struct pown_f64_constants : power_f64_constants {
-  rep64 upper_word = bits64(0xffffffff00000000);  // 21 bits: the product with any n is exact
+  rep64 upper_word = bits64(0xffffffff00000000);         // 21 bits: the product with any n is exact
+  rep64 product_magnitude = bits64(0x7fffffffffffffff);  // beside `magnitude`, which would be spilled for it
 };
 
 // Accurate: 0.54 ULP; any n is exact. Special results as above, but 1^n is 1.
@@ -71,13 +101,21 @@ struct pown_f64 : kernel<f64, pown_f64_constants> {
     f64x2 head = (ln.head + ln.tail) & k.upper_word, tail = (ln.head - head) + ln.tail, y = to_double(n);
     return {head * y, tail * y};
   }
-  static f64x2 path(f64x2 x, i32x4 n, const constants& k) {
-    return exp_of_parts_normal(product(x & k.magnitude, n, k), k) | sign_of_power(x, n);
+  struct halfway {
+    f64x2 x;
+    i32x4 n;
+    head_and_tail<f64x2> p;
+    i32x4 flags;
+  };
+  // x that is not normal has k = -1023 or 1024, a logarithm beyond the limit, and so is its product with any n but 0, for which
+  // the path makes 1 of every x.
+  static halfway first_half(f64x2 x, i32x4 n, const constants& k) {
+    auto p = product(copy(x) & k.magnitude, n, k);
+    return {x, n, p, words(copy(p.head) & k.product_magnitude) > k.limit};
   }
-  static i32x4 special(f64x2 x, i32x4 n, const constants& k) {
-    f64x2 ax = x & k.magnitude;
-    return not_positive_normal(ax, k) | exceeds_exponential(product(ax, n, k).head, k);
-  }
+  static f64x2 second_half(const halfway& h, const constants& k) { return exp_of_parts_normal(h.p, k) | sign_of_power(h.x, h.n); }
+  static f64x2 path(f64x2 x, i32x4 n, const constants& k) { return second_half(first_half(x, n, k), k); }
+  static i32x4 special(f64x2 x, i32x4 n, const constants& k) { return first_half(x, n, k).flags; }
   static int rare(const double* x, const int32_t* n, double* result) {
     return special_power<double>(*x, *n, *n, *n & 1 ? parity::odd : parity::even, result);
   }

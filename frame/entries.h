@@ -19,7 +19,7 @@
   static e::out VORX_CALL body(e::in r, e::word w) {                                                                       \
     r = e::filled(r);                                                                                                      \
     auto k = e::address_of_constants();                                                                                    \
-    if constexpr (::vorx::has_test_on_path<e::kernel_type>) e::align_frame();                                              \
+    if constexpr (e::aligns_frame) e::align_frame();                                                                       \
     if constexpr (e::tests_with_path) {                                                                                    \
       e::out o;                                                                                                            \
       if (e::compute_and_test(r, w, k, o)) [[unlikely]] [[clang::musttail]] return cold(r, e::forward(w));                 \

@@ -333,24 +333,44 @@ struct entry {
       flags = flags | with_arguments(r, w, i, [&k](auto... x) { return leaving_lanes(*k, x...); });
       if constexpr (!std::is_empty_v<constants> && steps > 1) asm volatile("" : "+r"(k), "+x"(flags.v));
     });
-    return (mask_of(flags) & ((1 << (W < E::lanes ? W : E::lanes)) - 1)) != 0;
+    return any_lane(flags);
   }
 
   // The same with the path, step by step, for kernels whose test needs what the path computes: in one step the compiler joins
-  // both by itself.
-  static constexpr bool tests_with_path = steps > 1 && has_test_on_path<K>;
-  // Such kernels spill. Without this the compiler leaves the frame as the caller's stack is, and every fourth slot crosses a
-  // line.
+  // both by itself where nothing in them is opaque to it. A kernel in two halves is left between them there, with nothing but the
+  // arguments in registers.
+  static constexpr bool exit_between_halves = steps == 1 && in_two_halves<K>;
+  static constexpr bool tests_with_path = exit_between_halves || (steps > 1 && has_test_on_path<K>);
+  // Such kernels spill, but for those of floats that are left between their halves. Without this the compiler leaves the frame as
+  // the caller's stack is, and every fourth slot crosses a line.
+  static constexpr bool aligns_frame = has_test_on_path<K> && !(exit_between_halves && E::lanes == 4);
   VORX_INLINE static void align_frame() {
     alignas(16) char slot[16];
     asm volatile("" : "=m"(slot));
   }
   VORX_INLINE static bool compute_and_test(const in& r, word w, const constants* k, out& o) {
     sink s = start(w);
+    if constexpr (exit_between_halves) {
+      constexpr std::integral_constant<int, 0> step;
+      auto halfway = with_arguments(r, w, step, [k](auto... x) { return K::first_half(x..., *k); });
+      if (any_lane(halfway.flags)) return true;
+      store_results(s, step, K::second_half(halfway, *k));
+      o = s.o;
+      return false;
+    }
     i32x4 flags = {_mm_setzero_si128()};
     each_step([&](auto i) __attribute__((always_inline)) {
-      flags = flags | with_arguments(r, w, i, [k](auto... x) { return leaving_lanes(*k, x...); });
-      auto value = with_arguments(r, w, i, [k](auto... x) { return on_path(*k, x...); });
+      auto value = [&]() __attribute__((always_inline)) {
+        if constexpr (in_two_halves<K>) {
+          auto halfway = with_arguments(r, w, i, [k](auto... x) { return K::first_half(x..., *k); });
+          flags = flags | halfway.flags;
+          return K::second_half(halfway, *k);
+        } else {
+          flags = flags | with_arguments(r, w, i, [k](auto... x) { return leaving_lanes(*k, x...); });
+          return with_arguments(r, w, i, [k](auto... x) { return on_path(*k, x...); });
+        }
+      }
+      ();
       asm volatile("" : "+r"(k), "+x"(first_register(value)), "+x"(flags.v));
       store_results(s, i, value);
     });
@@ -358,6 +378,8 @@ struct entry {
     return mask_of(flags) != 0;
   }
 
+  // One step: whether a lane is flagged that exists.
+  VORX_INLINE static bool any_lane(i32x4 flags) { return (mask_of(flags) & ((1 << (W < E::lanes ? W : E::lanes)) - 1)) != 0; }
   // Bit i for lane i of a step that is flagged.
   VORX_INLINE static unsigned mask_of(i32x4 flags) {
     return static_cast<unsigned>(E::lanes == 4 ? sign_mask(as_float(flags)) : sign_mask(as_float(as_i64(flags))));
@@ -425,8 +447,16 @@ struct entry {
       for (int i = 0; i < steps; i++) {
         std::apply(
             [&](const auto&... x) {
-              if constexpr (has_lane_test<K>) mask |= mask_of(K::special(x.get(i)..., k)) << E::lanes * i;
-              auto value = path_when_cold(k, x.get(i)...);
+              auto value = [&] {
+                if constexpr (in_two_halves<K> && !has_large_path<K>) {
+                  auto halfway = K::first_half(x.get(i)..., k);
+                  mask |= mask_of(halfway.flags) << E::lanes * i;
+                  return K::second_half(halfway, k);
+                } else {
+                  if constexpr (has_lane_test<K>) mask |= mask_of(K::special(x.get(i)..., k)) << E::lanes * i;
+                  return path_when_cold(k, x.get(i)...);
+                }
+              }();
               if constexpr (S.result_count() == 1) {
                 std::get<0>(results).put(i, value);
               } else {

@@ -107,6 +107,13 @@ concept has_test_on_path = requires {
   K::test_on_path;
 };
 
+// Where such a kernel is written in two halves, the test sees to it that nothing is computed twice: `first_half(x..., k)` returns
+// what is known when the lane test is, that in a member `flags`, and `second_half(that, k)` the result.
+template <class K>
+concept in_two_halves = requires {
+  &K::first_half;
+};
+
 // A float kernel that works in double precision, on the lower two lanes and then on the upper two, may have the first of these as
 // a member `lower_half`, with the parameters of `path`: the entry points of one and two lanes take it.
 template <class K>

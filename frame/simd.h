@@ -224,6 +224,17 @@ VORX_INLINE uint32_t extract(i32x4 a) {
 // from holding more values in registers than there are; the processor still overlaps both.
 VORX_INLINE void in_order(auto& earlier, auto& later) { asm("" : "+x"(earlier.v), "+x"(later.v)); }
 
+// The same value in a register of its own. A copy costs the processor nothing, but for its place in the instruction stream: with
+// it, what follows takes its constant from memory, where the compiler would load the constant to save the copy.
+template <class V>
+VORX_INLINE V copy(V a) {
+  asm volatile("" : "+x"(a.v));
+  return a;
+}
+
+// Says that a value is in a register here: what is in use is less likely to be spilled.
+VORX_INLINE void in_register(const auto& a) { asm volatile("" ::"x"(a.v)); }
+
 // Table look-up: lane i is table[index in lane i]. The indices of doubles stand in the low words of 64-bit lanes. No more than
 // two indices are in general registers at a time.
 VORX_INLINE f64x2 lookup(const double* table, i64x2 index) {
@@ -273,6 +284,26 @@ VORX_INLINE f32x4_pair gather_pairs(const float* table, i32x4 offsets, int befor
   in_order(b, offsets);
   b = {_mm_loadh_pi(b.v, at(row_address<3>(table, offsets, before)))};
   return {{_mm_shuffle_ps(a.v, b.v, 0x88)}, {_mm_shuffle_ps(a.v, b.v, 0xdd)}};
+}
+// Rows of three floats, the third as a column of its own.
+struct f32x4_triple {
+  f32x4 first, second, third;
+};
+VORX_INLINE f32x4_triple gather_triples(const float* table, i32x4 offsets) {
+  auto at = [](const float* p) { return reinterpret_cast<const __m64*>(p); };
+  auto row = reinterpret_cast<const float*>(row_address<0>(table, offsets, 0));
+  f32x4 third = {_mm_load_ss(row + 2)}, a = {_mm_loadl_pi(_mm_setzero_ps(), at(row))};
+  in_order(third, a), in_order(a, offsets);
+  row = reinterpret_cast<const float*>(row_address<1>(table, offsets, 0));
+  third = {_mm_insert_ps(third.v, _mm_load_ss(row + 2), 0x10)}, a = {_mm_loadh_pi(a.v, at(row))};
+  in_order(third, a), in_order(a, offsets);
+  row = reinterpret_cast<const float*>(row_address<2>(table, offsets, 0));
+  third = {_mm_insert_ps(third.v, _mm_load_ss(row + 2), 0x20)};
+  f32x4 b = {_mm_loadl_pi(_mm_setzero_ps(), at(row))};
+  in_order(third, b), in_order(b, offsets);
+  row = reinterpret_cast<const float*>(row_address<3>(table, offsets, 0));
+  third = {_mm_insert_ps(third.v, _mm_load_ss(row + 2), 0x30)}, b = {_mm_loadh_pi(b.v, at(row))};
+  return {{_mm_shuffle_ps(a.v, b.v, 0x88)}, {_mm_shuffle_ps(a.v, b.v, 0xdd)}, third};
 }
 VORX_INLINE f64x2_pair gather_pairs(const double* table, i32x4 offsets, int before = 0) {  // offsets in lanes 0 and 1
   f64x2 a = {_mm_loadu_pd(reinterpret_cast<const double*>(row_address<0>(table, offsets, before)))};

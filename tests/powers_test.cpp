@@ -226,4 +226,35 @@ TEST(Powers, EndsOfTheRange) {
   EXPECT_LT(largest_error<pow_f64>(-0x1p-40, 0x1p-40), 0.51);  // results next to 1
 }
 
+// The lane test of float pown is coarser than its path: a lane has the same bits on both sides of it.
+TEST(Powers, LanesBesideALargeLane) {
+  const auto& k = constant_pool<pown_f32_constants>;
+  std::mt19937_64 random(5);
+  int on_path = 0;
+  for (int i = 0; i < samples(40000); i++) {
+    const auto n = static_cast<int32_t>(random() >> 32) >> (i % 20 + 12);
+    const float u = static_cast<float>(random() >> 40) * 0x1p-24f - 0.5f;
+    const float x = (i % 2 ? std::exp2(u * 180 / static_cast<float>(n == 0 ? 1 : n)) : 1 + std::ldexp(u, -(i % 22)));
+    const f32x4 xs = all(i % 3 ? x : -x);
+    const i32x4 ns = {_mm_set1_epi32(n)};
+    if (sign_mask(as_float(pown_f32::large(xs, ns, k))) != 0) continue;
+    on_path++;
+    ASSERT_EQ(bits_of(_mm_cvtss_f32(pown_f32::path(xs, ns, k).v)), bits_of(_mm_cvtss_f32(pown_f32::large_path(xs, ns).v)))
+        << x << " " << n;
+  }
+  EXPECT_GT(on_path, samples(20000));
+  // The path makes 1 of everything to the power 0, and takes no other power of what is no normal number.
+  for (float x : {0.0f, -0.0f, 0x1p-149f, -0x1.fffffcp-127f, 0x1.fffffep127f, std::numeric_limits<float>::infinity(),
+                  static_cast<float>(nan)})
+    for (int32_t n : {0, 1, -1, 4096, -4097, std::numeric_limits<int32_t>::min()}) {
+      const f32x4 xs = all(x);
+      const i32x4 ns = {_mm_set1_epi32(n)};
+      EXPECT_EQ(sign_mask(as_float(pown_f32::large(xs, ns, k))) == 0, n == 0) << x << " " << n;
+      if (n == 0) EXPECT_EQ(_mm_cvtss_f32(pown_f32::path(xs, ns, k).v), 1) << x;
+      const f64x2 xd = all(static_cast<double>(x) * (std::fabs(x) < 1 ? 0x1p-924 : 1));
+      const bool flagged_f64 = sign_mask(as_float(pown_f64::special(xd, ns, constant_pool<pown_f64_constants>))) != 0;
+      if (!(std::fabs(x) > 1 && std::isfinite(x))) EXPECT_EQ(flagged_f64, n != 0) << x << " " << n;
+    }
+}
+
 }  // namespace
