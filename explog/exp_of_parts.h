@@ -40,10 +40,10 @@ VORX_INLINE exponential_parts exp_of_parts(head_and_tail<f64x2> x, const exp_of_
   return {high, r + (p * (r * r) + low), as_int(t) & k.not_index};
 }
 
-// The same as one number, where it is normal: 0.52 ULP.
-VORX_INLINE f64x2 exp_of_parts_normal(head_and_tail<f64x2> x, const exp_of_parts_constants& k) {
+// The same as one number, where it is normal: 0.52 ULP. It gets the sign that `sign` has, as bits.
+VORX_INLINE f64x2 exp_of_parts_normal(head_and_tail<f64x2> x, const exp_of_parts_constants& k, i64x2 sign = {}) {
   auto [high, rest, scaled] = exp_of_parts(x, k);
-  return as_float(as_int(high + high * rest) + (scaled << 45));
+  return as_float(as_int(high + high * rest) + ((scaled << 45) + sign));
 }
 
 // The same of one lane, with gradual underflow, and overflow to infinity. Any head that is a number, infinite too.

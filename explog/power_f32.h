@@ -89,13 +89,14 @@ struct power_f32_halfway {
   i32x4 flags;
 };
 
-// e^(head + tail), for |head| < 87.3; with the coefficients of its owner.
-VORX_INLINE f32x4 exp_of_product(head_and_tail<f32x4> p, const power_f32_constants& k, const auto& e) {
+// e^(head + tail), for |head| < 87.3; with the coefficients of its owner. `units` is added to its bits: a unit in the last place,
+// or the sign bit.
+VORX_INLINE f32x4 exp_of_product(head_and_tail<f32x4> p, const power_f32_constants& k, const auto& e, i32x4 units = {}) {
   f32x4 t = copy(p.head) * k.log2e + k.shifter;
   f32x4 n = copy(t) + k.minus_shifter;
   f32x4 q = ((p.head - copy(n) * k.step_hi) - n * k.step_lo) + p.tail;
   f32x4 y = horner(q, copy(q) * e.g5 + e.g4, e.g3, e.g2, e.g1, e.g0);
-  return as_float(as_int(y) + (as_int(t) << 23));
+  return as_float(as_int(y) + ((as_int(t) << 23) + units));
 }
 
 // Not a positive normal number below the largest.

@@ -42,8 +42,7 @@ struct pown_f32 : kernel<f32, pown_f32_constants> {
   static f32x4 power_of_product(head_and_tail<f32x4> p, f32x4 x, i32x4 n, const constants& k) {
     in_register(x), in_register(n);
     i32x4 n_is_zero = n == i32x4{_mm_setzero_si128()};  // -1 where the exponential is 1.00000012
-    i32x4 y = as_int(exp_of_product(p, k, k)) + n_is_zero;
-    return as_float(y) | sign_of_power(x, n);
+    return exp_of_product(p, k, k, n_is_zero | as_int(sign_of_power(x, n)));
   }
 
   struct halfway {
@@ -113,7 +112,9 @@ struct pown_f64 : kernel<f64, pown_f64_constants> {
     auto p = product(copy(x) & k.magnitude, n, k);
     return {x, n, p, words(copy(p.head) & k.product_magnitude) > k.limit};
   }
-  static f64x2 second_half(const halfway& h, const constants& k) { return exp_of_parts_normal(h.p, k) | sign_of_power(h.x, h.n); }
+  static f64x2 second_half(const halfway& h, const constants& k) {
+    return exp_of_parts_normal(h.p, k, as_int(sign_of_power(h.x, h.n)));
+  }
   static f64x2 path(f64x2 x, i32x4 n, const constants& k) { return second_half(first_half(x, n, k), k); }
   static i32x4 special(f64x2 x, i32x4 n, const constants& k) { return first_half(x, n, k).flags; }
   static int rare(const double* x, const int32_t* n, double* result) {

@@ -87,7 +87,7 @@ struct rootn_f64 : kernel<f64, power_f64_constants> {
     return divided_ln(to_double(n), ln_in_parts(ax, k), k);
   }
   static f64x2 path(f64x2 x, i32x4 n, const constants& k) {
-    return exp_of_parts_normal(quotient(x & k.magnitude, n, k), k) | sign_of_power(x, n);
+    return exp_of_parts_normal(quotient(x & k.magnitude, n, k), k, as_int(sign_of_power(x, n)));
   }
   // For n = 0 the quotient is not finite.
   static i32x4 special(f64x2 x, i32x4 n, const constants& k) {
