@@ -38,8 +38,8 @@ architecture allows. If an estimate were off by all of the allowed 1.5 x 2^-12, 
 the errors of small results near 1 would rise to 4.3, 11.3, 2.3 and 0.8 ULP; elsewhere the claims would still hold
 (`tests/logarithms_test.cpp` has these estimates).
 
-From estimates start, too, and differ in their last bits: float `sqrt`, `hypot`, `atanh` and `tanpi` and their natives, `rsqrt` in all
-variants, accurate float `rootn`, and the float natives of `inv`, `div` and `tan`, and of `tan` vectors with a large argument
+From estimates start, too, and differ in their last bits: float `sqrt`, `hypot` and `atanh` and their natives, `rsqrt` in all variants,
+accurate float `rootn`, and the float natives of `inv`, `div`, `tan` and `tanpi`, and of `tan` vectors with a large argument
 (`tests/roots_test.cpp` has the errors of the roots with any estimate). All other bits are the same on every processor.
 """
 
