@@ -74,10 +74,8 @@ VORX_INLINE int acosh_outside(const double* x, double* result) {
   return *result = ln_of_twice(*x), ordinary;
 }
 
-struct acosh_f64_constants : ln_of_pair_constants, acosh_range_f64 {
+struct acosh_f64_constants : ln_of_pair_constants, root_of_pair_constants, acosh_range_f64 {
   rep64 small = c(0x3f90000000000000, 0x1p-6);
-  rep64 half = c(0x3fe0000000000000, 0.5);
-  rep64 next_to_zero = c(0x2ff0000000000000, 0x1p-256);
   // acosh(1 + t) / sqrt(2t) on 0 <= t <= 1/64, a0 = 1: relative error 2^-58.7 (tables/fits/inverse_hyperbolic_f64.sollya)
   rep64 a5 = c(0xbf4681157411831a, -0.0006867747071162861);
   rep64 a4 = c(0x3f5f1b8f201744c2, 0.0018986604412599005);

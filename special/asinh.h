@@ -59,12 +59,10 @@ struct asinh_f32_native : kernel<f32, asinh_f32_native_constants> {
   }
 };
 
-struct asinh_f64_constants : ln_of_pair_constants {
+struct asinh_f64_constants : ln_of_pair_constants, root_of_pair_constants {
   rep64 magnitude = bits64(0x7fffffffffffffff);
   rep64 sign = bits64(0x8000000000000000);
   rep64 small = c(0x3fc0000000000000, 0.125);
-  rep64 half = c(0x3fe0000000000000, 0.5);
-  rep64 next_to_zero = c(0x2ff0000000000000, 0x1p-256);
   // asinh x on |x| <= 1/8: relative error 2^-61.0 (tables/fits/inverse_hyperbolic_f64.sollya)
   rep64 a6 = c(0x3f91046078285be2, 0.016618258794632974);
   rep64 a5 = c(0xbf96e4b1f4da1cac, -0.022356777734356);

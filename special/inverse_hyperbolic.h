@@ -72,7 +72,6 @@ VORX_INLINE head_and_tail<f64x2> ln_of_pair(head_and_tail<f64x2> v, const ln_of_
 
 // sqrt(head + tail) in two parts, the second good to some bits; a head of 0 gives 0.
 struct root_of_pair_constants {
-  rep64 upper_half = bits64(upper_half_f64);
   rep64 half = c(0x3fe0000000000000, 0.5);
   rep64 next_to_zero = c(0x2ff0000000000000, 0x1p-256);  // instead of a division by 0
 };

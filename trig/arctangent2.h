@@ -8,6 +8,10 @@
 
 namespace vorx {
 
+// Whether an operand, or its high word, is outside the range of its kernel: one signed comparison of biased words.
+VORX_INLINE i32x4 out_of_range(f32x4 a, const auto& k) { return as_int(a & k.magnitude) - k.smallest > k.range; }
+VORX_INLINE i32x4 out_of_range(f64x2 a, const auto& k) { return (words(a) & k.high_magnitude) - k.smallest > k.range; }
+
 // What picks the row for the point (x, y): the quotient of both operands as floats, from their high words, with the exponent of
 // the larger one taken from both.
 struct arctangent2_index_f64 {
@@ -63,10 +67,7 @@ struct arctangent2_f64_path : kernel<f64, arctangent2_f64_constants<Unit>> {
     f64x2 angle = k.sum(hi, head, tail, arctangent_rest(t, k) + lo);
     return angle ^ (y & k.sign);
   }
-  static i32x4 special(f64x2 y, f64x2 x, const constants& k) {
-    auto out_of_range = [&k](f64x2 a) { return (words(a) & k.high_magnitude) - k.smallest > k.range; };
-    return out_of_range(y) | out_of_range(x);
-  }
+  static i32x4 special(f64x2 y, f64x2 x, const constants& k) { return out_of_range(y, k) | out_of_range(x, k); }
 };
 
 // ---- rare cases ----

@@ -27,10 +27,7 @@ struct atan2pi_f32 : kernel<f32, atan2pi_f32_constants> {
     r = (r ^ (x & k.sign)) + (as_float(x < f32x4{}) & k.one);
     return r ^ (y & k.sign);
   }
-  static i32x4 special(f32x4 y, f32x4 x, const constants& k) {
-    auto out_of_range = [&k](f32x4 a) { return as_int(a & k.magnitude) - k.smallest > k.range; };
-    return out_of_range(y) | out_of_range(x);
-  }
+  static i32x4 special(f32x4 y, f32x4 x, const constants& k) { return out_of_range(y, k) | out_of_range(x, k); }
   static int rare(const float* y, const float* x, float* result) {
     return rare_arctangent2<angle_in_half_revolutions_f64>(y, x, result);
   }

@@ -10,12 +10,6 @@ double start(int i) { return std::ldexp(1 + (i % 64) / 64.0, i / 64 - 1) - 0.5; 
 
 real scaled_erfc(const real& x) { return exp(x * x) * erfc(x); }
 
-void print_row(const std::vector<real>& c) {
-  std::printf("    ");
-  for (const real& a : c) print(a.to_double());
-  std::puts("");
-}
-
 }  // namespace
 
 int main() {
@@ -34,11 +28,7 @@ inline constexpr std::array<double, 367 * 8> erfcx_rows = {)");
   for (int i = 0; i < rows; i++) {
     const double middle = (start(i) + start(i + 1)) / 2, half = (start(i + 1) - start(i)) / 2;
     auto f = [&](const real& d) { return scaled_erfc(real(middle) + d); };
-    const double value = f(0).to_double();
-    const real w = f(0).nearest_multiple(std::ilogb(value) - 25);
-    auto row = interpolate([&](const real& d) { return f(d) / w - real(1); }, 7, real(-half), real(half));
-    row.insert(row.begin(), w);
-    print_row(row);
+    print_row(relative_row(f, 7, half));
     cubics.push_back(interpolate(f, 4, real(-half), real(half)));
   }
   std::puts(R"(};

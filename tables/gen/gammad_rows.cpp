@@ -3,20 +3,6 @@
 
 #include "tables/gen/interpolation.h"
 
-namespace {
-
-// w (1 + b0 + b1 d + ...) next to f(d) on |d| <= half, w with 26 bits.
-void print_row(const std::function<real(const real&)>& f, int terms, double half) {
-  const real w = f(0).nearest_multiple(std::ilogb(f(0).to_double()) - 25);
-  std::printf("    ");
-  print(w.to_double());
-  for (const real& b : interpolate([&](const real& d) { return f(d) / w - real(1); }, terms, real(-half), real(half)))
-    print(b.to_double());
-  std::puts("");
-}
-
-}  // namespace
-
 int main() {
   real::precision = 300;
   std::puts(R"(// Made by build/tables/generate_gammad_rows > tables/gammad_rows.h
@@ -31,7 +17,7 @@ namespace vorx {
 inline constexpr std::array<double, 321 * 10> gammad_rows = {)");
   for (int i = 0; i <= 320; i++) {
     const real c = i < 32 ? real(1) + real(i) / real(32) : real(i) / real(16);
-    print_row([&](const real& d) { return gamma(c + d); }, 9, i < 32 ? 1.0 / 64 : 1.0 / 32);
+    print_row(relative_row([&](const real& d) { return gamma(c + d); }, 9, i < 32 ? 1.0 / 64 : 1.0 / 32));
   }
   std::puts(R"(};
 
@@ -41,7 +27,7 @@ inline constexpr std::array<double, 384 * 8> lgammad_rows = {)");
   for (int i = 0; i < 384; i++) {
     const double start = std::ldexp(1 + (i % 64) / 64.0, i / 64 - 1), half = std::ldexp(1, i / 64 - 8);
     const real c = start + half, z = start < 1.5 ? 1 : 2;
-    print_row([&](const real& d) { return log_gamma(c + d) / (c + d - z); }, 7, half);
+    print_row(relative_row([&](const real& d) { return log_gamma(c + d) / (c + d - z); }, 7, half));
   }
   std::puts("};\n\n}  // namespace vorx");
 }

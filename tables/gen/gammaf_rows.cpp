@@ -1,17 +1,5 @@
 // The gamma function and its logarithm in pieces, for the float kernels, which evaluate them in double.
-#include <cmath>
-
 #include "tables/gen/interpolation.h"
-
-namespace {
-
-void print_row(const std::vector<real>& c) {
-  std::printf("    ");
-  for (const real& a : c) print(a.to_double());
-  std::puts("");
-}
-
-}  // namespace
 
 int main() {
   real::precision = 300;

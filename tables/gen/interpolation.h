@@ -2,6 +2,7 @@
 // on intervals as short as those of tables.
 #pragma once
 
+#include <cmath>
 #include <functional>
 #include <vector>
 
@@ -21,4 +22,18 @@ inline std::vector<real> interpolate(const std::function<real(const real&)>& f, 
     c[0] = divided[k] - points[k] * c[0];
   }
   return c;
+}
+
+// w, b0, b1, ... of w (1 + b0 + b1 d + ...) next to f(d) on |d| <= half, w with 26 bits.
+inline std::vector<real> relative_row(const std::function<real(const real&)>& f, int terms, double half) {
+  const real w = f(0).nearest_multiple(std::ilogb(f(0).to_double()) - 25);
+  auto row = interpolate([&](const real& d) { return f(d) / w - real(1); }, terms, real(-half), real(half));
+  row.insert(row.begin(), w);
+  return row;
+}
+
+inline void print_row(const std::vector<real>& c) {
+  std::printf("    ");
+  for (const real& a : c) print(a.to_double());
+  std::puts("");
 }

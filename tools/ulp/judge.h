@@ -72,8 +72,8 @@ class judge {
   // result, spare a float kernel's judge the computation of its own.
   double operator()(const arguments& in, const results& out, const double* estimates = nullptr);
   // The same for a block of consecutive arguments of a float kernel with one argument and one result, if all of the block is
-  // plain: numbers of one binade whose errors the estimates settle, none of them the largest so far. Otherwise it returns false
-  // and takes nothing.
+  // plain: numbers of one binade whose errors the estimates settle, none of them the largest so far; or right and all NaN,
+  // infinite or zero. Otherwise it returns false and takes nothing.
   bool take_plain(uint32_t first, const results* out, const std::array<double, 2>* estimates);
   // Another neighbour gave other bits: measured like the first result where that is the kernel's right, a fault otherwise.
   void neighbour_matters(const arguments& in, const results& out, const results& other, bool whole_vector);
