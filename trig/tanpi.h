@@ -64,7 +64,6 @@ struct tanpi_f64_constants {
   rep64 below_all = c(0x0160000000000000, 0x1p-1001);
   rep64 half = c(0x3fe0000000000000, 0.5);
   rep64 step_shifter = c(0x42a8000000000080, 0x1.8000000000080p43);  // rounds to a multiple of 1/512; 1/4 more
-  rep64 row_mask = bits64(0x1ff);                                    // for the sake of NaN, whose low bits may be any
   rep64 infinity = bits64(0x7ff0000000000000);
   rep64 one = c(0x3ff0000000000000, 1.0);
   rep64 upper_half = bits64(upper_half_f64);
@@ -87,8 +86,9 @@ struct tanpi_f64_path : kernel<f64, tanpi_f64_constants> {
 
   static f64x2 path(f64x2 x, const constants& k) {
     f64x2 rest = x - round_to_integral<to_nearest>(x);
-    f64x2 t = (rest & k.magnitude) + k.step_shifter;  // the low bits are j + 128
-    f64x2 d = (rest & k.magnitude) - (t - k.step_shifter);
+    f64x2 size = min(rest & k.magnitude, k.half);  // 1/2 for NaN, so that there is a row for every lane
+    f64x2 t = size + k.step_shifter;               // the low word is j + 128
+    f64x2 d = size - (t - k.step_shifter);
     i64x2 turned = as_int(t) << 55;
     d = d ^ (as_float(turned) & k.sign);
     in_order(d, x);
@@ -102,7 +102,7 @@ struct tanpi_f64_path : kernel<f64, tanpi_f64_constants> {
     f64x2 a = high * anew.pi_hi, b = (high * anew.pi_lo + (d - high) * anew.pi) + cubic;  // u = a + b
 
     in_order(b, t);
-    auto [th, tl] = gather_pairs(k.table.data() - 128 * 2, (as_int(t) & k.row_mask) << 4);
+    auto [th, tl] = gather_pairs(k.table.data() - 128 * 2, as_int(t) << 4);
     f64x2 n = th + a, n_tail = tl + b;
     f64x2 p = th * a, e_tail = th * b;
     f64x2 e = k.one - p;
